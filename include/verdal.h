@@ -1,0 +1,154 @@
+/* verdal.h - the C interface of the Verdal tree database engine (libverdal.so).
+ *
+ * Text is code page 1252 bytes, in and out. Text the engine hands out stays valid until the next
+ * call of the same kind. A database handle is an id issued by the engine, never an address; 0 means
+ * "no database". Failures set a process-wide last error, read with VERDAL_GetLastError.
+ * The interface is for one thread. */
+#ifndef VERDAL_H
+#define VERDAL_H
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#if defined(__GNUC__)
+#define VERDAL_API __attribute__((visibility("default")))
+#else
+#define VERDAL_API
+#endif
+
+typedef uint32_t VerdalHandle;
+typedef void* VerdalWindow;
+
+/* Last-error codes. */
+enum {
+  VERDAL_OK = 0,
+  VERDAL_E_HANDLE = 1,
+  VERDAL_E_FIELD = 2,
+  VERDAL_E_CROSS_FIELD = 3,
+  VERDAL_E_CROSS_OPEN = 4,
+  VERDAL_E_CURSOR = 5,
+  VERDAL_E_CATEGORY_CURSOR = 6,
+  VERDAL_E_CROSS_TABLE = 7,
+  VERDAL_E_CANCELLED = 8,
+  VERDAL_E_READ_ONLY_FIELD = 9,
+  VERDAL_E_TARGET = 10,
+  VERDAL_E_INPUT = 11,
+  VERDAL_E_VIEW = 12,
+  VERDAL_E_QUERY = 13,
+  VERDAL_E_READ_FILE = 25,
+  VERDAL_E_WRITE_FILE = 26,
+  VERDAL_E_ACTION = 27
+};
+
+/* Pseudo cursors. */
+enum {
+  VERDAL_CURSOR_NONE = -1,
+  VERDAL_CURSOR_ROOT = -2,
+  VERDAL_CURSOR_FIRST = -3,
+  VERDAL_CURSOR_CURRENT = -4,
+  VERDAL_CURSOR_LAST = -5,
+  VERDAL_CURSOR_FIRST_SIBLING = -6,
+  VERDAL_CURSOR_NEXT = -7,
+  VERDAL_CURSOR_PREVIOUS = -8
+};
+
+/* Notification reasons. */
+enum {
+  VERDAL_NOTIFY_CURRENT_CHANGING = 1,
+  VERDAL_NOTIFY_CURRENT_CHANGED = 2,
+  VERDAL_NOTIFY_DELETING = 3,
+  VERDAL_NOTIFY_DELETED = 4,
+  VERDAL_NOTIFY_ADDED = 6,
+  VERDAL_NOTIFY_VALUE_CHANGED = 8,
+  VERDAL_NOTIFY_SHAPE_CHANGED = 9,
+  VERDAL_NOTIFY_CATEGORY_CHANGED = 10,
+  VERDAL_NOTIFY_FILTERS_CHANGED = 12,
+  VERDAL_NOTIFY_LIST_OPTIONS_CHANGED = 14
+};
+
+/* View modes of VERDAL_CreateView. */
+enum { VERDAL_VIEW_CATEGORIES = 1, VERDAL_VIEW_RECORDS = 2, VERDAL_VIEW_BOTH = 3 };
+
+#pragma pack(push, 1)
+
+/* The notification record handed to the callback. One record for the process; valid during the
+ * callback only. */
+typedef struct VerdalNotification {
+  int32_t reserved;
+  int32_t reason;
+  int32_t database;    /* the handle concerned */
+  int32_t cursor;
+  int32_t categoryId;  /* for a record the cursor of its category (-2 at top level) */
+  int32_t busy;
+  int32_t isCategory;
+  int32_t field;       /* field index, -10 when not about one field, -8 for a category's text */
+  int32_t value;       /* in-out; VERDAL_DeleteRecord passes its flags here */
+  int32_t extra;
+} VerdalNotification;
+
+/* Filled by VERDAL_GetDBProperties. */
+typedef struct VerdalDBProperties {
+  int32_t readOnly;
+  int32_t importMode;
+  char fileName[260];
+  char password[260];
+} VerdalDBProperties;
+
+#pragma pack(pop)
+
+#if defined(__cplusplus)
+static_assert(sizeof(VerdalNotification) == 40, "notification record is 40 bytes");
+static_assert(sizeof(VerdalDBProperties) == 528, "properties record is 528 bytes");
+#else
+_Static_assert(sizeof(VerdalNotification) == 40, "notification record is 40 bytes");
+_Static_assert(sizeof(VerdalDBProperties) == 528, "properties record is 528 bytes");
+#endif
+
+/* The answer is the low byte of the result: nonzero allows, zero vetoes (reasons 1 and 3). */
+typedef int32_t (*VerdalNotifyFn)(intptr_t user, VerdalNotification* record);
+typedef void (*VerdalPathMapperFn)(char path[260]);
+
+/* Pool and errors. */
+VERDAL_API int32_t VERDAL_GetLastError(void);
+VERDAL_API const char* VERDAL_GetLastErrorString(int32_t code);
+VERDAL_API int32_t VERDAL_GetDBCount(void);
+VERDAL_API VerdalHandle VERDAL_GetDBHandle(int32_t index);
+VERDAL_API void VERDAL_CloseAllDBs(void);
+
+/* Process-wide switches. */
+VERDAL_API void VERDAL_SetNotify(int32_t enable);
+VERDAL_API void VERDAL_SetNotification(VerdalNotifyFn callback, intptr_t user);
+VERDAL_API int32_t VERDAL_SetApplicationName(const char* name);
+VERDAL_API void VERDAL_SetPathMapper(VerdalPathMapperFn mapper);
+VERDAL_API void VERDAL_SetNumericTPoints(int32_t enable, int32_t onlyWithDecimals);
+VERDAL_API void VERDAL_SetTryResolveDBReferencesLocal(int32_t enable);
+
+/* Open and close. */
+VERDAL_API VerdalHandle VERDAL_OpenDB(const char* fileName, const char* password, int32_t noSearch,
+                                      int32_t search, const char* searchFolder, int32_t sizeClass,
+                                      int32_t readOnly, int32_t refuseReadOnly);
+VERDAL_API int32_t VERDAL_CloseDB(VerdalHandle db);
+VERDAL_API int32_t VERDAL_CloseDBByFileName(const char* fileName);
+VERDAL_API int32_t VERDAL_GetDBProperties(VerdalHandle db, VerdalDBProperties* properties);
+/* identifier needs 37 bytes. */
+VERDAL_API int32_t VERDAL_GetDBIdentifier(VerdalHandle db, char* identifier);
+
+/* Views. */
+VERDAL_API int32_t VERDAL_CreateView(VerdalHandle db, const char* name, int32_t mode);
+
+/* Additions for hosts on this platform. */
+typedef void (*VerdalTraceFn)(const char* line);
+/* The diagnostic trace goes to this function; null discards it (the default, unless the
+ * environment has VERDAL_TRACE=stderr). */
+VERDAL_API void VERDAL_SetTraceSink(VerdalTraceFn sink);
+/* The language of the engine's texts; 0 takes it from the environment's locale. */
+VERDAL_API void VERDAL_SetLanguage(int32_t languageId);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* VERDAL_H */
