@@ -1,0 +1,50 @@
+#pragma once
+// The frame every exported function runs its worker in: clear the last error, accept the handle,
+// do the work, let no exception reach the host, and trace a failure.
+#include <cstdint>
+#include <exception>
+
+#include "engine/db_manager.h"
+#include "engine/last_error.h"
+#include "platform/trace.h"
+
+namespace verdal::api {
+
+// The code a failure gets when the worker threw without setting one of its own.
+constexpr int32_t kInternalError = 21;
+
+// How the frame tells a failure: by the result being the failure value, or, for functions where
+// that value is also a good result, by the last error.
+enum class Judge { kResult, kLastError };
+
+inline void TraceFailure(const char* function) {
+  platform::Trace("Error in %s: ID=%d", function, engine::LastError());
+}
+
+// Runs work() with the last error cleared; an exception becomes the failure value.
+template <class R, class Work>
+R Guarded(const char* function, R failure, Judge judge, Work&& work) {
+  R result = failure;
+  try {
+    engine::SetLastError(0);
+    result = work();
+  } catch (...) {
+    if (engine::LastError() == 0) engine::SetLastError(kInternalError);
+    result = failure;
+  }
+  bool failed = judge == Judge::kResult ? result == failure : engine::LastError() != 0;
+  if (failed) TraceFailure(function);
+  return result;
+}
+
+// As Guarded, for a worker on one database: a handle the pool does not hold fails with code 1.
+template <class R, class Work>
+R WithDatabase(const char* function, uint32_t handle, R failure, Judge judge, Work&& work) {
+  return Guarded(function, failure, judge, [&]() -> R {
+    engine::TDBManager* db = engine::AcceptHandle(handle);
+    if (db == nullptr) return failure;
+    return work(*db);
+  });
+}
+
+}  // namespace verdal::api

@@ -1,0 +1,94 @@
+// Exported functions that open, close and describe databases.
+#include <cstring>
+#include <vector>
+
+#include "engine/api/api_frame.h"
+#include "engine/lifecycle.h"
+#include "engine/link_walk.h"
+#include "engine/handle_table.h"
+#include "engine/pool_manager.h"
+#include "verdal.h"
+
+using namespace verdal;
+using api::Judge;
+
+namespace {
+
+// Copies text into a fixed field, cut to fit, always terminated.
+void CopyCut(char* target, size_t size, const std::string& text) {
+  size_t n = text.size() < size - 1 ? text.size() : size - 1;
+  std::memcpy(target, text.data(), n);
+  target[n] = '\0';
+}
+
+}  // namespace
+
+extern "C" {
+
+VERDAL_API VerdalHandle VERDAL_OpenDB(const char* fileName, const char* password, int32_t noSearch,
+                                      int32_t search, const char* searchFolder, int32_t sizeClass,
+                                      int32_t readOnly, int32_t refuseReadOnly) {
+  return api::Guarded("VERDAL_OpenDB", VerdalHandle{0}, Judge::kResult, [&]() -> VerdalHandle {
+    engine::OpenRequest r;
+    r.fileName = fileName;
+    r.password = password;
+    r.noSearch = noSearch != 0;
+    r.search = search != 0;
+    r.searchFolder = searchFolder;
+    r.sizeClass = sizeClass;
+    r.readOnly = readOnly != 0;
+    r.refuseReadOnly = refuseReadOnly != 0;
+    VerdalHandle handle = engine::OpenDatabase(r);
+    if (handle != 0) {
+      // Every database that link fields lead to is opened as well.
+      std::vector<engine::TDBRecursChecker> chains;
+      engine::WalkLinks(engine::Handles().Lookup(handle), chains, -1, nullptr, 0);
+    }
+    return handle;
+  });
+}
+
+VERDAL_API int32_t VERDAL_CloseDB(VerdalHandle db) {
+  return api::Guarded("VERDAL_CloseDB", 0, Judge::kResult,
+                      [&]() -> int32_t { return engine::CloseDatabase(db) ? 1 : 0; });
+}
+
+VERDAL_API int32_t VERDAL_CloseDBByFileName(const char* fileName) {
+  return api::Guarded("VERDAL_CloseDBByFileName", 0, Judge::kResult, [&]() -> int32_t {
+    uint32_t handle = engine::Pool().FindByName(fileName);
+    if (handle == 0) {
+      engine::SetLastError(1);
+      return 0;
+    }
+    return engine::CloseDatabase(handle) ? 1 : 0;
+  });
+}
+
+VERDAL_API int32_t VERDAL_GetDBProperties(VerdalHandle handle, VerdalDBProperties* properties) {
+  return api::WithDatabase("VERDAL_GetDBProperties", handle, 0, Judge::kResult,
+                           [&](engine::TDBManager& db) -> int32_t {
+    if (properties == nullptr) {
+      engine::SetLastError(10);
+      return 0;
+    }
+    properties->readOnly = db.readOnly ? 1 : 0;
+    properties->importMode = db.importMode ? 1 : 0;
+    CopyCut(properties->fileName, sizeof properties->fileName, db.fileName);
+    CopyCut(properties->password, sizeof properties->password, db.password);
+    return 1;
+  });
+}
+
+VERDAL_API int32_t VERDAL_GetDBIdentifier(VerdalHandle handle, char* identifier) {
+  return api::WithDatabase("VERDAL_GetDBIdentifier", handle, 0, Judge::kResult,
+                           [&](engine::TDBManager& db) -> int32_t {
+    if (identifier == nullptr) {
+      engine::SetLastError(10);
+      return 0;
+    }
+    CopyCut(identifier, 37, db.identifier);
+    return 1;
+  });
+}
+
+}  // extern "C"

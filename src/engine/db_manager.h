@@ -1,0 +1,67 @@
+#pragma once
+// One open database: its store, its file, its envelope settings and its SQL binding. A plain
+// class; its handle is an id from the handle table, issued when it is made.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "model/node_store.h"
+
+namespace verdal::engine {
+
+class TDBManager {
+ public:
+  // A new, empty database: one view, version 13, current cursor -2, a fresh identifier.
+  explicit TDBManager(int32_t sizeClass);
+  // Sets closing first, so that a re-entrant open of its name fails, then closes and clears.
+  ~TDBManager();
+  TDBManager(const TDBManager&) = delete;
+  TDBManager& operator=(const TDBManager&) = delete;
+
+  uint32_t Handle() const { return handle_; }
+
+  // The inner open: a null or empty name closes the file and goes on in memory.
+  bool Open(const char* fileName, bool create, bool readOnly, bool refuseReadOnly);
+  // The inner close: saves what is dirty, drops the SQL binding and the file.
+  void Close();
+
+  bool HasFile() const { return false; }
+  void MarkDirty() { dirty = true; }
+
+  model::NodeStore store;
+  int16_t version = 13;
+  uint32_t reservedWord = 0;
+  bool compressed = false;
+  bool enciphered = false;
+  uint32_t storedLength = 0;
+  uint32_t plainLength = 0;
+  std::string password;
+  bool dirty = false;
+  bool importMode = false;
+  bool saveOnClose = true;
+  bool readOnly = false;
+  int64_t fileTime = 0;  // last-write time in nanoseconds, kept for read-only and import mode
+  std::string defaultPrintOption;
+  std::vector<int32_t> deletedRows;
+  intptr_t sqlConnection = 0;
+  std::string keyColumn;
+  std::string tableName;
+  bool serverKind = false;
+  std::string databaseName;
+  uint32_t lastCheck = 0;
+  std::string fileName;
+  std::string importFile;
+  bool writeBack = false;
+  std::string backupName;
+  std::string temporaryName;
+  std::string identifier;
+  bool closing = false;
+
+ private:
+  uint32_t handle_ = 0;
+};
+
+// The database behind a handle that the pool holds; null (and last error 1) for any other.
+TDBManager* AcceptHandle(uint32_t handle);
+
+}  // namespace verdal::engine

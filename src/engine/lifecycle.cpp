@@ -1,0 +1,101 @@
+#include "engine/lifecycle.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/db_manager.h"
+#include "engine/handle_table.h"
+#include "engine/last_error.h"
+#include "engine/pool_manager.h"
+#include "platform/clock.h"
+#include "platform/file_system.h"
+#include "platform/trace.h"
+
+namespace verdal::engine {
+namespace {
+
+// A read-only database is checked against its file at most this often.
+constexpr uint32_t kReopenCheckMs = 2001;
+
+enum class Reuse { kUse, kFail, kReplace };
+
+// What to do with a database that is open under the requested name already.
+Reuse ReuseOpen(TDBManager& db, const OpenRequest& r) {
+  if (db.closing) return Reuse::kFail;
+  bool isImport = platform::HasExtension(r.fileName, ".imp");
+  if (!isImport && !r.readOnly && db.readOnly && !db.importMode) {
+    // Somebody wants to write a database that was opened read-only.
+    if (!db.Open(r.fileName, false, false, r.refuseReadOnly)) return Reuse::kFail;
+  }
+  if (!isImport && (!r.readOnly || !db.readOnly)) return Reuse::kUse;
+  uint32_t now = platform::TickCount();
+  if (now - db.lastCheck < kReopenCheckMs) return Reuse::kUse;
+  db.lastCheck = now;
+  int64_t time = 0;
+  if (platform::FileTime(r.fileName, time) && time == db.fileTime) return Reuse::kUse;
+  return Reuse::kReplace;
+}
+
+// Looks for a missing file: in the search folder, then next to the running program.
+bool SearchFile(const OpenRequest& r, std::string& found) {
+  std::string namePart = platform::FileNamePart(r.fileName);
+  std::vector<std::string> candidates;
+  if (r.searchFolder != nullptr && *r.searchFolder != '\0') {
+    std::string folder = r.searchFolder;
+    char last = folder.back();
+    if (last != '\\' && last != '/') folder += '/';
+    candidates.push_back(folder + namePart);
+  }
+  candidates.push_back(platform::ProgramFolder() + "/" + namePart);
+  for (const std::string& c : candidates)
+    if (platform::FileExists(c.c_str())) {
+      found = c;
+      return true;
+    }
+  return false;
+}
+
+}  // namespace
+
+uint32_t OpenDatabase(const OpenRequest& request) {
+  OpenRequest r = request;
+  std::string searched;
+  if (r.fileName != nullptr) {
+    if (uint32_t h = Pool().FindByName(r.fileName)) {
+      TDBManager* existing = Handles().Lookup(h);
+      switch (existing != nullptr ? ReuseOpen(*existing, r) : Reuse::kReplace) {
+        case Reuse::kUse: return h;
+        case Reuse::kFail: return 0;
+        case Reuse::kReplace: Pool().Remove(h, true); break;
+      }
+    }
+    if (!platform::FileExists(r.fileName) && !r.noSearch && r.search) {
+      if (!SearchFile(r, searched)) {
+        platform::Trace("VERDAL_OpenDBEx failed for '%s'", r.fileName);
+        return 0;
+      }
+      if (uint32_t h = Pool().FindByName(searched.c_str())) return h;
+      r.fileName = searched.c_str();
+    }
+  }
+
+  auto db = std::make_unique<TDBManager>(r.sizeClass);
+  if (r.fileName == nullptr) return Pool().Add(db.release()->Handle());
+  db->password = r.password != nullptr ? r.password : "";
+  if (!db->Open(r.fileName, !r.readOnly, r.readOnly, r.refuseReadOnly)) return 0;
+  uint32_t handle = Pool().Add(r.fileName, db->Handle());
+  if (handle == db->Handle()) db.release();  // the pool holds it now
+  return handle;
+}
+
+bool CloseDatabase(uint32_t handle) {
+  if (!Pool().Remove(handle, false)) {
+    SetLastError(1);
+    return false;
+  }
+  delete Handles().Lookup(handle);
+  return true;
+}
+
+}  // namespace verdal::engine

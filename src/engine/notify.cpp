@@ -1,0 +1,90 @@
+#include "engine/notify.h"
+
+#include <cstdlib>
+#include <vector>
+
+#include "engine/db_manager.h"
+#include "engine/handle_table.h"
+#include "engine/link_walk.h"
+#include "engine/settings.h"
+#include "model/node_store.h"
+
+namespace verdal::engine {
+namespace {
+
+VerdalNotification g_record;
+
+void FillPlace(TDBManager& db, int32_t cursor) {
+  int32_t categoryCursor = -1;
+  bool isCategory = true;
+  model::CategoryOfCursor(db.store, cursor, categoryCursor, isCategory);
+  g_record.categoryId = categoryCursor;
+  g_record.isCategory = isCategory ? 1 : 0;
+}
+
+// Calls the host with busy set; the low byte of its answer is the verdict.
+bool Send(TDBManager& db, int32_t cursor, int32_t reason) {
+  const Settings& s = Switches();
+  g_record.busy = 1;
+  g_record.reason = reason;
+  g_record.database = static_cast<int32_t>(db.Handle());
+  g_record.cursor = cursor;
+  int32_t answer = s.notification(s.notificationUser, &g_record);
+  g_record.busy = 0;
+  return (answer & 0xFF) != 0;
+}
+
+bool TravelsAlongLinks(int32_t reason) {
+  return reason == 1 || reason == 2 || reason == 12 || reason == 14;
+}
+
+}  // namespace
+
+void ClearNotificationRecord() {
+  g_record = VerdalNotification{};
+  g_record.cursor = -1;
+  g_record.categoryId = -1;
+  g_record.field = -10;
+}
+
+const VerdalNotification& NotificationRecord() { return g_record; }
+
+int32_t NotificationValue() { return g_record.value; }
+
+bool NotifyChange(TDBManager* db, int32_t cursor, int32_t reason, int32_t field, int32_t value,
+                  int32_t extra) {
+  const Settings& s = Switches();
+  if (!s.notify || s.notification == nullptr || db == nullptr || g_record.busy != 0) return true;
+  FillPlace(*db, cursor);
+  g_record.field = field;
+  g_record.value = value;
+  g_record.extra = extra;
+  bool result = Send(*db, cursor, reason);
+  if (!result && (reason == 1 || reason == 3)) return false;
+  if (!TravelsAlongLinks(reason)) return result;
+
+  std::vector<TDBRecursChecker> chains;
+  WalkLinks(db, chains, -1, nullptr, 0);
+  std::vector<uint32_t> told;
+  for (const TDBRecursChecker& chain : chains) {
+    if (chain.cut) continue;
+    for (size_t j = 1; j < chain.handles.size(); ++j) {
+      TDBManager* from = Handles().Lookup(chain.handles[j - 1]);
+      TDBManager* to = Handles().Lookup(chain.handles[j]);
+      if (from == nullptr || to == nullptr) break;
+      const std::string* link = model::FieldValue(from->store, from->store.currentCursor, chain.fields[j - 1]);
+      if (link == nullptr) break;
+      int32_t target = static_cast<int32_t>(std::strtol(link->c_str(), nullptr, 10));
+      FillPlace(*to, target);
+      if (reason == 2) to->store.currentCursor = target;
+      bool alreadyTold = false;
+      for (uint32_t h : told) alreadyTold = alreadyTold || h == to->Handle();
+      if (alreadyTold || Switches().notification == nullptr || g_record.busy != 0) continue;
+      told.push_back(to->Handle());
+      if (!Send(*to, target, reason) && reason == 1) return false;
+    }
+  }
+  return result;
+}
+
+}  // namespace verdal::engine

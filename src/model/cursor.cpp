@@ -1,0 +1,56 @@
+#include "model/cursor.h"
+
+#include <cstdlib>
+#include <vector>
+
+#include "model/place_walk.h"
+
+namespace verdal::model {
+namespace {
+
+int32_t LastNodeCursor(NodeStore& store) {
+  TDBNode* last = store.MainView().root.LastChild();
+  if (last == nullptr) return -1;
+  if (!last->HasChildren()) return last->cursor;
+  std::vector<int32_t> below;
+  CollectPlaces(store, last, below, kKindBoth, true, false, nullptr, false);
+  return below.empty() ? -1 : below.back();
+}
+
+int32_t FirstSiblingCursor(NodeStore& store) {
+  TDBNode* current = NodeOf(store, LookupPlace(store, store.currentCursor));
+  if (current == nullptr || current->parent == nullptr) return -1;
+  TDBNode* first = current->parent->FirstChild();
+  return first != nullptr ? first->cursor : -1;
+}
+
+}  // namespace
+
+int32_t ResolveCursor(NodeStore& store, int32_t cursor) {
+  if (cursor >= 0) return cursor;
+  switch (cursor) {
+    case kCursorRoot: return kCursorRoot;
+    case kCursorFirst: {
+      TDBNode* first = store.MainView().root.FirstChild();
+      return first != nullptr ? first->cursor : -1;
+    }
+    case kCursorCurrent: return store.currentCursor;
+    case kCursorLast: return LastNodeCursor(store);
+    case kCursorFirstSibling: return FirstSiblingCursor(store);
+    case kCursorNext: return StepCursor(store, store.currentCursor, 1, true, true);
+    case kCursorPrevious: return StepCursor(store, store.currentCursor, -1, true, true);
+    default: return -1;
+  }
+}
+
+int32_t StepCursor(NodeStore& store, int32_t cursor, int32_t count, bool wrap, bool descend) {
+  TDBNode* node = NodeOf(store, LookupPlace(store, cursor));
+  if (node == nullptr) return -1;
+  if (count == 0) return cursor;
+  int64_t steps = std::llabs(static_cast<int64_t>(count));
+  for (int64_t i = 0; i < steps && node != nullptr; ++i)
+    node = count > 0 ? NextNode(node, descend, wrap) : PreviousNode(node, descend, wrap);
+  return node != nullptr ? node->cursor : -1;
+}
+
+}  // namespace verdal::model

@@ -1,0 +1,56 @@
+#pragma once
+// A node of one view's tree. Nodes are a derived index over the stored places: they are rebuilt at
+// every load and never stored. Children vectors may hold null slots between a bulk load and the
+// compaction that ends it; the sibling links always skip them.
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace verdal::model {
+
+struct TDBNodeManagerItem;
+
+struct TDBNode {
+  std::unique_ptr<std::vector<TDBNode*>> children;  // null for a record node
+  TDBNode* parent = nullptr;
+  TDBNode* next = nullptr;
+  TDBNode* previous = nullptr;
+  TDBNodeManagerItem* owner = nullptr;
+  int32_t cursor = -1;
+  int32_t categoryId = -2;
+  bool isCategory = false;
+  bool expanded = false;
+  int32_t depth = -1;
+  int32_t recordNumber = -1;
+  int32_t categoryNumber = -1;
+  int32_t rowNumber = -1;
+  uint8_t removeFlag = 0;
+
+  bool HasChildren() const { return FirstChild() != nullptr; }
+  TDBNode* FirstChild() const;
+  TDBNode* LastChild() const;
+  // The index of a child in the children vector, -1 if it is not there.
+  int32_t IndexOf(const TDBNode* child) const;
+};
+
+// Puts child under parent at position (-1 appends; a position past the end is padded with null
+// slots; an occupied slot shifts later entries up). Returns the index, or -1 if parent is child,
+// child is null, or parent is a record. With live set, depths below the child are recomputed and
+// the view is renumbered. The caller links the siblings afterwards (LinkSiblings).
+int32_t AddChild(TDBNode* parent, TDBNode* child, int32_t position, bool live);
+
+// Points the child at the nearest non-null slots on either side, and them at it.
+void LinkSiblings(TDBNode* parent, int32_t index);
+
+// Takes a node out of its parent's children, closing the gap in the sibling links. Returns false
+// if it had no parent.
+bool Unlink(TDBNode* node);
+
+// Depth of every node below node, from node's own depth.
+void SetDepthsBelow(TDBNode* node);
+
+TDBNode* NextNode(TDBNode* node, bool descend, bool wrap);
+TDBNode* PreviousNode(TDBNode* node, bool descend, bool wrap);
+TDBNode* DeepestLast(TDBNode* node);
+
+}  // namespace verdal::model

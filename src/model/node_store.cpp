@@ -1,0 +1,242 @@
+#include "model/node_store.h"
+
+#include <strings.h>
+
+#include <unordered_map>
+#include <utility>
+
+#include "platform/clock.h"
+#include "platform/guid.h"
+
+namespace verdal::model {
+
+NodeStore::NodeStore(int32_t sizeClassIn)
+    : sizeClass(sizeClassIn), categories(sizeClassIn), data(sizeClassIn), places(sizeClassIn) {
+  views.reserve(2);
+  views.push_back(std::make_unique<TDBNodeManagerItem>(std::string(), kModeBoth, rootExpanded));
+}
+
+TDBNodeManagerItem* NodeStore::View(int32_t index) {
+  if (index < 0 || static_cast<size_t>(index) >= views.size()) return nullptr;
+  return views[static_cast<size_t>(index)].get();
+}
+
+int32_t NodeStore::FindView(const std::string& name) const {
+  for (size_t i = 0; i < views.size(); ++i)
+    if (strcasecmp(views[i]->name.c_str(), name.c_str()) == 0) return static_cast<int32_t>(i);
+  return -1;
+}
+
+const TDBCategoryData& RootPlace() {
+  static const TDBCategoryData root = [] {
+    TDBCategoryData p;
+    p.cursor = -2;
+    p.categoryId = -2;
+    p.isCategory = true;
+    return p;
+  }();
+  return root;
+}
+
+TDBCategoryData* LookupPlace(NodeStore& store, int32_t cursor) {
+  // Lookups only read the root place; the cast keeps one signature for every caller.
+  if (cursor == -2) return const_cast<TDBCategoryData*>(&RootPlace());
+  return store.places.Find(cursor);
+}
+
+TDBNode* NodeOf(NodeStore& store, const TDBCategoryData* place) {
+  if (place == nullptr) return nullptr;
+  if (place->IsRootPlace()) return &store.MainView().root;
+  return place->node;
+}
+
+TDBNode* NodeInView(NodeStore& store, int32_t viewIndex, const TDBCategoryData* place) {
+  if (viewIndex == 0) return NodeOf(store, place);
+  TDBNodeManagerItem* view = store.View(viewIndex);
+  if (view == nullptr || place == nullptr) return nullptr;
+  if (place->IsRootPlace()) return &view->root;
+  TDBNode* category = place->categoryId == -1 && !place->isCategory
+                          ? &view->root
+                          : view->FindCategory(place->categoryId);
+  if (category == nullptr || place->isCategory) return category;
+  if (category->children)
+    for (TDBNode* child : *category->children)
+      if (child != nullptr && child->cursor == place->cursor) return child;
+  return nullptr;
+}
+
+std::string* FieldValue(NodeStore& store, int32_t cursor, int32_t fieldIndex) {
+  TDBCategoryData* place = LookupPlace(store, cursor);
+  if (place == nullptr || fieldIndex < 0 || static_cast<size_t>(fieldIndex) >= store.fields.size())
+    return nullptr;
+  TDBDataRecord* record = store.data.Find(place->dataId);
+  if (record == nullptr) return nullptr;
+  int32_t position = store.fields[static_cast<size_t>(fieldIndex)]->position;
+  if (position < 0 || static_cast<size_t>(position) >= record->values.size()) return nullptr;
+  return &record->values[static_cast<size_t>(position)];
+}
+
+TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int32_t externalRow) {
+  auto record = std::make_unique<TDBDataRecord>();
+  record->values.resize(store.fields.size());
+  record->id = store.nextDataId++;
+  record->title = title;
+  record->externalRow = externalRow;
+  record->created = record->changed = platform::NowLocal();
+  record->identifier = platform::NewGuidText();
+  TDBDataRecord* raw = record.get();
+  if (!store.data.Insert(raw->id, record)) return nullptr;  // a counter behind a loaded id
+  return raw;
+}
+
+namespace {
+
+// Builds one view's tree from a list of places. Places wait on the list for a parent that is
+// still on it; a pass that takes nothing (categories naming each other as parents in a damaged
+// file) is followed by one pass in which nothing waits.
+void BuildView(NodeStore& store, int32_t viewIndex, std::vector<TDBCategoryData*> pending,
+               bool live) {
+  TDBNodeManagerItem& view = *store.View(viewIndex);
+  if (!live) view.ReserveSlots(pending.size());
+
+  // How many category places of each category id are still on the list.
+  std::unordered_map<int32_t, int32_t> waiting;
+  for (const TDBCategoryData* p : pending)
+    if (p->isCategory) ++waiting[p->categoryId];
+  auto isWaiting = [&](int32_t categoryId) {
+    auto it = waiting.find(categoryId);
+    return it != waiting.end() && it->second > 0;
+  };
+
+  auto attach = [&](TDBNode* parent, TDBCategoryData* place) {
+    const TDBCategoryRecord* rec = store.categories.Find(place->categoryId);
+    int32_t categoryId = place->isCategory ? place->categoryId : (rec != nullptr ? rec->id : -1);
+    TDBNode* node = view.MakeNode(place->cursor, categoryId, place->isCategory,
+                                  rec != nullptr && rec->expanded);
+    if (viewIndex == 0) place->node = node;
+    int32_t index = AddChild(parent, node, place->position, live);
+    if (index < 0) index = AddChild(&view.root, node, -1, live);  // a record named as parent
+    LinkSiblings(node->parent, index);
+  };
+
+  // Handles one place; false leaves it on the list for a later pass.
+  auto handle = [&](TDBCategoryData* place, bool noWaiting) {
+    TDBNode* parent = view.FindCategory(place->categoryId);
+    if (!place->isCategory) {
+      if (parent == nullptr) {
+        if (place->categoryId != -1 && !noWaiting && isWaiting(place->categoryId)) return false;
+        parent = &view.root;
+      }
+      attach(parent, place);
+      return true;
+    }
+    if (parent != nullptr) return true;  // the category is in the tree already
+    const TDBCategoryRecord* rec = store.categories.Find(place->categoryId);
+    int32_t parentId = rec != nullptr ? rec->parentId : -1;
+    TDBNode* target = &view.root;
+    if (parentId != -1) {
+      TDBNode* found = view.FindCategory(parentId);
+      if (found != nullptr)
+        target = found;
+      else if (!noWaiting && parentId != place->categoryId && isWaiting(parentId))
+        return false;
+    }
+    attach(target, place);
+    return true;
+  };
+
+  std::vector<TDBCategoryData*> next;
+  bool noWaiting = false;
+  while (!pending.empty()) {
+    next.clear();
+    bool progress = false;
+    for (TDBCategoryData* place : pending) {
+      if (handle(place, noWaiting)) {
+        progress = true;
+        if (place->isCategory) --waiting[place->categoryId];
+      } else {
+        next.push_back(place);
+      }
+    }
+    noWaiting = !progress;
+    pending.swap(next);
+  }
+}
+
+}  // namespace
+
+void AttachPlaces(NodeStore& store, const std::vector<TDBCategoryData*>& list, bool live) {
+  for (size_t v = 0; v < store.views.size(); ++v)
+    BuildView(store, static_cast<int32_t>(v), list, live);
+}
+
+void AttachPlacesToView(NodeStore& store, int32_t viewIndex, const std::vector<TDBCategoryData*>& list,
+                        bool live) {
+  if (store.View(viewIndex) != nullptr) BuildView(store, viewIndex, list, live);
+}
+
+bool DetachPlace(NodeStore& store, int32_t cursor) {
+  TDBCategoryData* place = LookupPlace(store, cursor);
+  if (place == nullptr || place->IsRootPlace()) return false;
+  bool inMainView = false;
+  for (size_t v = 0; v < store.views.size(); ++v) {
+    TDBNode* node = NodeInView(store, static_cast<int32_t>(v), place);
+    if (node == nullptr || node->parent == nullptr) continue;
+    Unlink(node);
+    if (v == 0) inMainView = true;
+  }
+  return inMainView;
+}
+
+void ReleaseData(NodeStore& store, int32_t dataId) {
+  if (TDBDataRecord* record = store.data.Find(dataId)) --record->references;
+}
+
+void DropData(NodeStore& store, int32_t dataId, bool onlyIfUnreferenced) {
+  TDBDataRecord* record = store.data.Find(dataId);
+  if (record == nullptr) return;
+  if (record->references < 1 || !onlyIfUnreferenced) store.data.Erase(dataId);
+}
+
+namespace {
+
+std::function<void(int32_t, int32_t)> PositionSetter(NodeStore& store) {
+  return [&store](int32_t cursor, int32_t index) {
+    if (TDBCategoryData* place = store.places.Find(cursor)) place->position = index;
+  };
+}
+
+}  // namespace
+
+void RefreshPositions(NodeStore& store) { store.MainView().Compact(PositionSetter(store)); }
+
+void Renumber(NodeStore& store) {
+  // Positions are those of the main tree; other views only follow them.
+  store.MainView().Renumber(PositionSetter(store));
+  for (size_t v = 1; v < store.views.size(); ++v) store.views[v]->Renumber(nullptr);
+}
+
+void ClearStore(NodeStore& store, bool keepDefinitions) {
+  if (!keepDefinitions) store.fields.clear();
+  store.categories.Clear();
+  store.data.Clear();
+  store.places.Clear();
+  for (auto& view : store.views) view->Clear();
+}
+
+void CategoryOfCursor(NodeStore& store, int32_t cursor, int32_t& categoryCursor, bool& isCategory) {
+  TDBCategoryData* place = LookupPlace(store, cursor);
+  TDBNode* node = NodeOf(store, place);
+  if (place == nullptr || node == nullptr) {
+    categoryCursor = -1;
+    isCategory = true;
+    return;
+  }
+  isCategory = place->isCategory;
+  if (place->isCategory)
+    categoryCursor = place->cursor;
+  else
+    categoryCursor = node->parent != nullptr ? node->parent->cursor : -2;
+}
+
+}  // namespace verdal::model

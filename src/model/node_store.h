@@ -1,0 +1,87 @@
+#pragma once
+// The in-memory store of one database: its three maps of stored objects, its views, its fields,
+// the id counters and the current cursor. A database is never paged; the file is a dump of this.
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "model/field_info.h"
+#include "model/id_map.h"
+#include "model/records.h"
+#include "model/view.h"
+
+namespace verdal::model {
+
+class NodeStore {
+ public:
+  explicit NodeStore(int32_t sizeClass);
+
+  int32_t sizeClass;
+  TDBIdMap<TDBCategoryRecord> categories;
+  TDBIdMap<TDBDataRecord> data;
+  TDBIdMap<TDBCategoryData> places;
+  std::vector<std::unique_ptr<TDBNodeManagerItem>> views;
+  std::vector<std::unique_ptr<TDBFieldInfo>> fields;
+  int32_t nextCategoryId = 0;
+  int32_t nextDataId = 0;
+  int32_t nextCursor = 0;
+  int32_t currentCursor = -2;
+  bool rootExpanded = true;
+
+  TDBNodeManagerItem& MainView() { return *views.front(); }
+  TDBNodeManagerItem* View(int32_t index);
+  // The view of that name, case-insensitively; null if none.
+  int32_t FindView(const std::string& name) const;
+};
+
+// The shared place that cursor -2 yields: category id -2, is category set.
+const TDBCategoryData& RootPlace();
+
+// The place of a cursor, the root place for -2, null for other negative or unknown cursors.
+TDBCategoryData* LookupPlace(NodeStore& store, int32_t cursor);
+
+// The node of a place in view 0: the root for the root place.
+TDBNode* NodeOf(NodeStore& store, const TDBCategoryData* place);
+
+// The node of a place in any view. Outside view 0 a record's node is found among the children of
+// its category's node (the root for a record at top level).
+TDBNode* NodeInView(NodeStore& store, int32_t viewIndex, const TDBCategoryData* place);
+
+// The stored value of one field of a node; null if the node, its data or the field is missing.
+std::string* FieldValue(NodeStore& store, int32_t cursor, int32_t fieldIndex);
+
+// A new data record with one value per field, taking the next data id, entered in the data map.
+TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int32_t externalRow);
+
+// Makes nodes for the places in every view. Live inserts renumber each view as they go; the bulk
+// path (live off) leaves compaction and numbering to Renumber.
+void AttachPlaces(NodeStore& store, const std::vector<TDBCategoryData*>& list, bool live);
+
+// The same, for one view only.
+void AttachPlacesToView(NodeStore& store, int32_t viewIndex, const std::vector<TDBCategoryData*>& list,
+                        bool live);
+
+// Writes each place's index among its siblings in the main tree into its position, so that a tree
+// built from positions comes out in the same order.
+void RefreshPositions(NodeStore& store);
+
+// Takes a place out of every view; true if it was attached in view 0. Nodes stay in their views.
+bool DetachPlace(NodeStore& store, int32_t cursor);
+
+void ReleaseData(NodeStore& store, int32_t dataId);
+void DropData(NodeStore& store, int32_t dataId, bool onlyIfUnreferenced);
+
+// Compaction, numbering and depths of every view.
+void Renumber(NodeStore& store);
+
+// Destroys every stored object and empties every view's tree; views and id counters survive.
+// Without keepDefinitions the fields go as well.
+void ClearStore(NodeStore& store, bool keepDefinitions);
+
+// The place's category id and is-category flag as notifications report them: for a record the
+// cursor of the category node that holds it (-2 at top level), for a category its own cursor, -1
+// without a node.
+void CategoryOfCursor(NodeStore& store, int32_t cursor, int32_t& categoryCursor, bool& isCategory);
+
+}  // namespace verdal::model

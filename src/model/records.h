@@ -1,0 +1,63 @@
+#pragma once
+// The three stored objects of a database. A category has all three (its name, its values, its
+// place); a record has a data record and a place. The place's id is the cursor that hosts see.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/clock.h"
+
+namespace verdal::model {
+
+struct TDBNode;
+
+// Every valid stored object carries this tag; the writer skips objects without it.
+constexpr uint32_t kObjectTag = 0x3caddb;
+
+struct TDBCategoryRecord {
+  uint32_t tag = kObjectTag;
+  int32_t id = -1;
+  int32_t parentId = -2;  // -1 at top level
+  int32_t reserved = 0;
+  std::string displayName;
+  std::string name;
+  bool expanded = false;
+  bool imported = false;  // not stored
+
+  // The shown name falls back to the name while no display name is set.
+  const std::string& ShownName() const { return displayName.empty() ? name : displayName; }
+};
+
+struct TDBDataRecord {
+  uint32_t tag = kObjectTag;
+  std::vector<std::string> values;  // indexed by field position
+  int32_t id = -1;
+  std::string title;
+  platform::LocalTime changed{};
+  platform::LocalTime created{};
+  uint8_t modified = 0;
+  std::string identifier;
+  uint32_t storedSize = 0;
+  uint8_t format = 2;
+  int32_t references = 1;
+  int32_t externalRow = -1;
+  bool imported = false;   // not stored
+  bool temporary = false;  // not stored until a value has been set
+};
+
+struct TDBCategoryData {
+  uint32_t tag = kObjectTag;
+  int32_t cursor = -1;
+  int32_t categoryId = -2;  // a category's own id; for a record its category's id, -1 at top level
+  int32_t dataId = -1;
+  bool isCategory = false;
+  int32_t position = -1;  // index among its parent's children at the last compaction, -1 appends
+  int32_t special[3] = {-1, -1, -1};
+  TDBNode* node = nullptr;  // its node in view 0
+  bool imported = false;    // not stored
+  bool temporary = false;   // not stored
+
+  bool IsRootPlace() const { return isCategory && categoryId == -2; }
+};
+
+}  // namespace verdal::model

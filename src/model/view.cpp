@@ -1,0 +1,141 @@
+#include "model/view.h"
+
+#include <utility>
+#include <vector>
+
+namespace verdal::model {
+
+TDBNodeManagerItem::TDBNodeManagerItem(std::string viewName, int32_t viewMode, bool rootExpanded)
+    : name(std::move(viewName)), mode(viewMode) {
+  root.isCategory = true;
+  root.categoryId = -2;
+  root.cursor = -2;
+  root.depth = -1;
+  root.owner = this;
+  root.expanded = rootExpanded;
+}
+
+TDBNode* TDBNodeManagerItem::MakeNode(int32_t cursor, int32_t categoryId, bool isCategory,
+                                      bool expanded) {
+  TDBNode& n = nodes.emplace_back();
+  n.owner = this;
+  n.cursor = cursor;
+  n.categoryId = categoryId;
+  n.isCategory = isCategory;
+  n.expanded = expanded;
+  if (isCategory) categoryTree.emplace(categoryId, &n);
+  return &n;
+}
+
+TDBNode* TDBNodeManagerItem::FindCategory(int32_t categoryId) const {
+  auto it = categoryTree.find(categoryId);
+  return it == categoryTree.end() ? nullptr : it->second;
+}
+
+void TDBNodeManagerItem::Compact(const std::function<void(int32_t, int32_t)>& setPosition) {
+  std::vector<TDBNode*> pending{&root};
+  while (!pending.empty()) {
+    TDBNode* n = pending.back();
+    pending.pop_back();
+    if (!n->children) continue;
+    std::vector<TDBNode*>& kids = *n->children;
+    size_t kept = 0;
+    for (TDBNode* c : kids)
+      if (c != nullptr) kids[kept++] = c;
+    kids.resize(kept);
+    for (size_t i = 0; i < kids.size(); ++i) {
+      TDBNode* c = kids[i];
+      c->previous = i > 0 ? kids[i - 1] : nullptr;
+      c->next = i + 1 < kids.size() ? kids[i + 1] : nullptr;
+      if (setPosition) setPosition(c->cursor, static_cast<int32_t>(i));
+      pending.push_back(c);
+    }
+  }
+}
+
+// Depth-first numbering with an explicit stack: a long chain of nested categories must not
+// exhaust the call stack.
+void TDBNodeManagerItem::NumberChildrenFrom(TDBNode* parent, size_t firstIndex, Counters& c) {
+  struct Frame {
+    TDBNode* node;
+    size_t index;
+  };
+  std::vector<Frame> stack{{parent, firstIndex}};
+  while (!stack.empty()) {
+    Frame& f = stack.back();
+    std::vector<TDBNode*>* kids = f.node->children.get();
+    if (kids == nullptr || f.index >= kids->size()) {
+      stack.pop_back();
+      continue;
+    }
+    TDBNode* child = (*kids)[f.index];
+    if (child == nullptr) {
+      ++f.index;
+      continue;
+    }
+    if (child->removeFlag != 0) {
+      if (child->previous != nullptr) child->previous->next = child->next;
+      if (child->next != nullptr) child->next->previous = child->previous;
+      child->parent = child->previous = child->next = nullptr;
+      kids->erase(kids->begin() + static_cast<std::ptrdiff_t>(f.index));
+      continue;
+    }
+    ++f.index;
+    if (child->isCategory)
+      ++c.category;
+    else
+      ++c.record;
+    ++c.row;
+    child->recordNumber = c.record;
+    child->categoryNumber = c.category;
+    child->rowNumber = c.row;
+    if (child->children && Enters(child)) stack.push_back({child, 0});
+  }
+}
+
+void TDBNodeManagerItem::Number() {
+  Counters c;
+  if (Enters(&root)) NumberChildrenFrom(&root, 0, c);
+}
+
+void TDBNodeManagerItem::NumberAfterInsert(TDBNode* changed, int32_t indexInParent) {
+  if (!Enters(&root) || !root.children) return;
+  // The top-level branch that holds the change, and its index among the root's children.
+  TDBNode* top = changed;
+  while (top != nullptr && top->parent != &root) top = top->parent;
+  if (top == nullptr) return;  // not under this root: nothing visible changed
+  int32_t topIndex = top == changed ? indexInParent : root.IndexOf(top);
+  if (topIndex < 0) return Number();
+  const std::vector<TDBNode*>& kids = *root.children;
+  int32_t before = topIndex - 1;
+  while (before >= 0 && kids[static_cast<size_t>(before)] == nullptr) --before;
+  if (before < 0) return Number();
+  TDBNode* prev = kids[static_cast<size_t>(before)];
+  if (prev->rowNumber < 0 || prev->removeFlag != 0) return Number();
+  // The counters as they stood before the previous branch's own node was counted.
+  Counters c;
+  c.record = prev->recordNumber - (prev->isCategory ? 0 : 1);
+  c.category = prev->categoryNumber - (prev->isCategory ? 1 : 0);
+  c.row = prev->rowNumber - 1;
+  NumberChildrenFrom(&root, static_cast<size_t>(before), c);
+}
+
+void TDBNodeManagerItem::SetDepths() {
+  root.depth = -1;
+  SetDepthsBelow(&root);
+}
+
+void TDBNodeManagerItem::Renumber(const std::function<void(int32_t, int32_t)>& setPosition) {
+  Compact(setPosition);
+  Number();
+  SetDepths();
+}
+
+void TDBNodeManagerItem::Clear() {
+  root.children.reset();
+  categoryTree.clear();
+  nodes.clear();
+  slotHint = 0;
+}
+
+}  // namespace verdal::model

@@ -1,0 +1,59 @@
+#pragma once
+// One view over a database's places: a tree of nodes with its own expanded flags and numbering.
+// View 0 is the main tree; further views are looked up by name.
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <string>
+#include <unordered_map>
+
+#include "model/node.h"
+
+namespace verdal::model {
+
+enum ViewMode : int32_t { kModeCategories = 1, kModeRecords = 2, kModeBoth = 3 };
+
+struct TDBNodeManagerItem {
+  TDBNodeManagerItem(std::string viewName, int32_t viewMode, bool rootExpanded);
+  TDBNodeManagerItem(const TDBNodeManagerItem&) = delete;
+  TDBNodeManagerItem& operator=(const TDBNodeManagerItem&) = delete;
+
+  int32_t id = -2;
+  std::string name;
+  int32_t mode = kModeBoth;
+  // Finds the node of a category of this view in one step; holds category nodes only.
+  std::unordered_map<int32_t, TDBNode*> categoryTree;
+  TDBNode root;
+  std::deque<TDBNode> nodes;  // every node ever made in this view; stable addresses
+
+  TDBNode* MakeNode(int32_t cursor, int32_t categoryId, bool isCategory, bool expanded);
+  TDBNode* FindCategory(int32_t categoryId) const;
+
+  // Upper bound for a child slot that a real tree can use; positions beyond it come from damage.
+  size_t SlotLimit() const { return nodes.size() > slotHint ? nodes.size() : slotHint; }
+  void ReserveSlots(size_t places) { slotHint = nodes.size() + places; }
+
+  // Removes null slots, relinks siblings and reports each child's index as its new position.
+  void Compact(const std::function<void(int32_t cursor, int32_t index)>& setPosition);
+  // Numbers the visible nodes depth-first from counters at -1, dropping removed nodes.
+  void Number();
+  // The same numbers as Number() after one node was inserted under a numbered tree, starting at
+  // the top-level branch before the changed one where there is such a branch.
+  void NumberAfterInsert(TDBNode* changed, int32_t indexInParent);
+  void SetDepths();
+  // Compaction, numbering and depths.
+  void Renumber(const std::function<void(int32_t cursor, int32_t index)>& setPosition);
+  // Drops the whole tree; the view itself stays.
+  void Clear();
+
+ private:
+  struct Counters {
+    int32_t record = -1, category = -1, row = -1;
+  };
+  void NumberChildrenFrom(TDBNode* parent, size_t firstIndex, Counters& counters);
+  bool Enters(const TDBNode* node) const { return node->expanded || mode == kModeRecords; }
+
+  size_t slotHint = 0;
+};
+
+}  // namespace verdal::model
