@@ -37,9 +37,10 @@ int32_t AddChild(TDBNode* parent, TDBNode* child, int32_t position, bool live) {
   if (live) SetDepthsBelow(child);
 
   std::vector<TDBNode*>& kids = *parent->children;
-  // A position no real tree can reach (a damaged file) appends rather than padding gigabytes.
-  if (position >= 0 && parent->owner != nullptr &&
-      static_cast<size_t>(position) >= parent->owner->SlotLimit())
+  // Padding beyond what the view allows (a damaged file) appends instead.
+  if (position >= 0 && static_cast<size_t>(position) > kids.size() &&
+      (parent->owner == nullptr ||
+       !parent->owner->TakePadding(static_cast<size_t>(position) - kids.size())))
     position = -1;
   size_t index;
   if (position < 0) {

@@ -97,7 +97,7 @@ namespace {
 void BuildView(NodeStore& store, int32_t viewIndex, std::vector<TDBCategoryData*> pending,
                bool live) {
   TDBNodeManagerItem& view = *store.View(viewIndex);
-  if (!live) view.ReserveSlots(pending.size());
+  if (!live) view.AllowPadding(pending.size());
 
   // How many category places of each category id are still on the list.
   std::unordered_map<int32_t, int32_t> waiting;

@@ -32,6 +32,12 @@ TDBNode* TDBNodeManagerItem::FindCategory(int32_t categoryId) const {
   return it == categoryTree.end() ? nullptr : it->second;
 }
 
+bool TDBNodeManagerItem::TakePadding(size_t slots) {
+  if (slots > padBudget) return false;
+  padBudget -= slots;
+  return true;
+}
+
 void TDBNodeManagerItem::Compact(const std::function<void(int32_t, int32_t)>& setPosition) {
   std::vector<TDBNode*> pending{&root};
   while (!pending.empty()) {
@@ -51,6 +57,7 @@ void TDBNodeManagerItem::Compact(const std::function<void(int32_t, int32_t)>& se
       pending.push_back(c);
     }
   }
+  if (padBudget < kBasePadding) padBudget = kBasePadding;
 }
 
 // Depth-first numbering with an explicit stack: a long chain of nested categories must not
@@ -135,7 +142,7 @@ void TDBNodeManagerItem::Clear() {
   root.children.reset();
   categoryTree.clear();
   nodes.clear();
-  slotHint = 0;
+  padBudget = kBasePadding;
 }
 
 }  // namespace verdal::model

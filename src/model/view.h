@@ -29,9 +29,11 @@ struct TDBNodeManagerItem {
   TDBNode* MakeNode(int32_t cursor, int32_t categoryId, bool isCategory, bool expanded);
   TDBNode* FindCategory(int32_t categoryId) const;
 
-  // Upper bound for a child slot that a real tree can use; positions beyond it come from damage.
-  size_t SlotLimit() const { return nodes.size() > slotHint ? nodes.size() : slotHint; }
-  void ReserveSlots(size_t places) { slotHint = nodes.size() + places; }
+  // Null slots that loading may still pad children vectors with. A stored position past the end
+  // of its siblings pads with null slots until compaction; a damaged file could ask for billions,
+  // so the whole view may pad only about as many slots as it is given places.
+  bool TakePadding(size_t slots);
+  void AllowPadding(size_t places) { padBudget = places + kBasePadding; }
 
   // Removes null slots, relinks siblings and reports each child's index as its new position.
   void Compact(const std::function<void(int32_t cursor, int32_t index)>& setPosition);
@@ -53,7 +55,8 @@ struct TDBNodeManagerItem {
   void NumberChildrenFrom(TDBNode* parent, size_t firstIndex, Counters& counters);
   bool Enters(const TDBNode* node) const { return node->expanded || mode == kModeRecords; }
 
-  size_t slotHint = 0;
+  static constexpr size_t kBasePadding = 1024;
+  size_t padBudget = kBasePadding;
 };
 
 }  // namespace verdal::model

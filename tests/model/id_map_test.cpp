@@ -1,0 +1,49 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "model/id_map.h"
+
+using verdal::model::BucketCountForSizeClass;
+using verdal::model::TDBIdMap;
+
+TEST(IdMap, BucketCountsOfTheSizeClasses) {
+  EXPECT_EQ(BucketCountForSizeClass(0), 63u);
+  EXPECT_EQ(BucketCountForSizeClass(1), 3331u);
+  EXPECT_EQ(BucketCountForSizeClass(2), 65929u);
+  EXPECT_EQ(BucketCountForSizeClass(3), 250799u);
+  EXPECT_EQ(BucketCountForSizeClass(4), 3331u);
+  EXPECT_EQ(BucketCountForSizeClass(-1), 3331u);
+}
+
+TEST(IdMap, InsertFindRemoveAndTableOrder) {
+  TDBIdMap<int> map(0);  // 63 buckets
+  for (int id : {1, 64, 127, 2, 0}) {
+    auto value = std::make_unique<int>(id * 10);
+    ASSERT_TRUE(map.Insert(id, value));
+    EXPECT_EQ(value, nullptr);
+  }
+  auto duplicate = std::make_unique<int>(-1);
+  EXPECT_FALSE(map.Insert(64, duplicate));
+  EXPECT_NE(duplicate, nullptr);  // stays with the caller
+  EXPECT_EQ(*map.Find(64), 640);
+  EXPECT_EQ(map.Find(-1), nullptr);
+  EXPECT_EQ(map.Find(3), nullptr);
+
+  // Buckets ascending, each bucket newest first: 0 | 127, 64, 1 | 2.
+  std::vector<int> order;
+  map.ForEach([&](int32_t id, int*) { order.push_back(id); });
+  EXPECT_EQ(order, (std::vector<int>{0, 127, 64, 1, 2}));
+
+  EXPECT_TRUE(map.Erase(64));
+  EXPECT_FALSE(map.Erase(64));
+  EXPECT_EQ(map.Find(64), nullptr);
+  EXPECT_EQ(*map.Find(127), 1270);
+  EXPECT_EQ(map.Count(), 4u);
+  auto taken = map.Remove(1);
+  ASSERT_NE(taken, nullptr);
+  EXPECT_EQ(*taken, 10);
+  map.Clear();
+  EXPECT_EQ(map.Count(), 0u);
+  EXPECT_EQ(map.Find(0), nullptr);
+}
