@@ -29,8 +29,7 @@ int32_t AddChild(TDBNode* parent, TDBNode* child, int32_t position, bool live) {
   if (parent == nullptr || child == nullptr || parent == child) return -1;
   if (!parent->children) {
     if (!parent->isCategory) return -1;
-    parent->children = std::make_unique<std::vector<TDBNode*>>();
-    parent->children->reserve(6);
+    parent->children.Create();
   }
   child->parent = parent;
   child->depth = parent->depth + 1;

@@ -3,19 +3,48 @@
 // every load and never stored. Children vectors may hold null slots between a bulk load and the
 // compaction that ends it; the sibling links always skip them.
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 namespace verdal::model {
 
 struct TDBNodeManagerItem;
+struct TDBCategoryData;
+struct TDBNode;
+
+// The children of a node. It reads like a pointer to a vector (null for a record node) but holds
+// the vector inline: loading a large tree touches one cache line less per insert.
+class ChildList {
+ public:
+  explicit operator bool() const { return present_; }
+  std::vector<TDBNode*>* get() { return present_ ? &list_ : nullptr; }
+  const std::vector<TDBNode*>* get() const { return present_ ? &list_ : nullptr; }
+  std::vector<TDBNode*>* operator->() { return &list_; }
+  const std::vector<TDBNode*>* operator->() const { return &list_; }
+  std::vector<TDBNode*>& operator*() { return list_; }
+  const std::vector<TDBNode*>& operator*() const { return list_; }
+  void Create() {
+    present_ = true;
+    list_.reserve(6);
+  }
+  void reset() {
+    std::vector<TDBNode*>().swap(list_);
+    present_ = false;
+  }
+
+ private:
+  std::vector<TDBNode*> list_;
+  bool present_ = false;
+};
 
 struct TDBNode {
-  std::unique_ptr<std::vector<TDBNode*>> children;  // null for a record node
+  ChildList children;  // null for a record node
   TDBNode* parent = nullptr;
   TDBNode* next = nullptr;
   TDBNode* previous = nullptr;
   TDBNodeManagerItem* owner = nullptr;
+  // The place this node stands for, so that walks need no lookup by cursor. Cleared when the
+  // place dies (DestroyPlace), together with setting the remove flag.
+  TDBCategoryData* place = nullptr;
   int32_t cursor = -1;
   int32_t categoryId = -2;
   bool isCategory = false;

@@ -66,7 +66,10 @@ TDBNode* NodeInView(NodeStore& store, int32_t viewIndex, const TDBCategoryData* 
 }
 
 std::string* FieldValue(NodeStore& store, int32_t cursor, int32_t fieldIndex) {
-  TDBCategoryData* place = LookupPlace(store, cursor);
+  return FieldValueOf(store, LookupPlace(store, cursor), fieldIndex);
+}
+
+std::string* FieldValueOf(NodeStore& store, const TDBCategoryData* place, int32_t fieldIndex) {
   if (place == nullptr || fieldIndex < 0 || static_cast<size_t>(fieldIndex) >= store.fields.size())
     return nullptr;
   TDBDataRecord* record = store.data.Find(place->dataId);
@@ -113,6 +116,7 @@ void BuildView(NodeStore& store, int32_t viewIndex, std::vector<TDBCategoryData*
     int32_t categoryId = place->isCategory ? place->categoryId : (rec != nullptr ? rec->id : -1);
     TDBNode* node = view.MakeNode(place->cursor, categoryId, place->isCategory,
                                   rec != nullptr && rec->expanded);
+    node->place = place;
     if (viewIndex == 0) place->node = node;
     int32_t index = AddChild(parent, node, place->position, live);
     if (index < 0) index = AddChild(&view.root, node, -1, live);  // a record named as parent
@@ -198,22 +202,25 @@ void DropData(NodeStore& store, int32_t dataId, bool onlyIfUnreferenced) {
   if (record->references < 1 || !onlyIfUnreferenced) store.data.Erase(dataId);
 }
 
-namespace {
-
-std::function<void(int32_t, int32_t)> PositionSetter(NodeStore& store) {
-  return [&store](int32_t cursor, int32_t index) {
-    if (TDBCategoryData* place = store.places.Find(cursor)) place->position = index;
-  };
-}
-
-}  // namespace
-
-void RefreshPositions(NodeStore& store) { store.MainView().Compact(PositionSetter(store)); }
+void RefreshPositions(NodeStore& store) { store.MainView().Compact(true); }
 
 void Renumber(NodeStore& store) {
   // Positions are those of the main tree; other views only follow them.
-  store.MainView().Renumber(PositionSetter(store));
-  for (size_t v = 1; v < store.views.size(); ++v) store.views[v]->Renumber(nullptr);
+  store.MainView().Renumber(true);
+  for (size_t v = 1; v < store.views.size(); ++v) store.views[v]->Renumber(false);
+}
+
+void DestroyPlace(NodeStore& store, int32_t cursor) {
+  TDBCategoryData* place = store.places.Find(cursor);
+  if (place == nullptr) return;
+  for (size_t v = 0; v < store.views.size(); ++v) {
+    TDBNode* node = NodeInView(store, static_cast<int32_t>(v), place);
+    if (node == nullptr) continue;
+    if (node->parent != nullptr) Unlink(node);
+    node->removeFlag = 1;
+    node->place = nullptr;
+  }
+  store.places.Erase(cursor);
 }
 
 void ClearStore(NodeStore& store, bool keepDefinitions) {

@@ -50,6 +50,7 @@ TDBNode* NodeInView(NodeStore& store, int32_t viewIndex, const TDBCategoryData* 
 
 // The stored value of one field of a node; null if the node, its data or the field is missing.
 std::string* FieldValue(NodeStore& store, int32_t cursor, int32_t fieldIndex);
+std::string* FieldValueOf(NodeStore& store, const TDBCategoryData* place, int32_t fieldIndex);
 
 // A new data record with one value per field, taking the next data id, entered in the data map.
 TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int32_t externalRow);
@@ -68,6 +69,9 @@ void RefreshPositions(NodeStore& store);
 
 // Takes a place out of every view; true if it was attached in view 0. Nodes stay in their views.
 bool DetachPlace(NodeStore& store, int32_t cursor);
+
+// A place dies: it leaves every view, its nodes are marked removed, and it is destroyed.
+void DestroyPlace(NodeStore& store, int32_t cursor);
 
 void ReleaseData(NodeStore& store, int32_t dataId);
 void DropData(NodeStore& store, int32_t dataId, bool onlyIfUnreferenced);

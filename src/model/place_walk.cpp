@@ -31,12 +31,12 @@ void WalkBelow(TDBNode* start, Visit&& visit) {
 
 }  // namespace
 
-void CollectPlaces(NodeStore& store, TDBNode* start, std::vector<int32_t>& list, int32_t kinds,
+void CollectPlaces(NodeStore& /*store*/, TDBNode* start, std::vector<int32_t>& list, int32_t kinds,
                    bool recurse, bool onlyExpanded, PlaceFilter* filter, bool includeStart) {
   if (start == nullptr) return;
   auto enters = [&](const TDBNode* n) { return n->expanded || !onlyExpanded || kinds == kKindRecords; };
   auto tryTake = [&](const TDBNode* n) {
-    const TDBCategoryData* place = store.places.Find(n->cursor);
+    const TDBCategoryData* place = n->place;
     if (place == nullptr || place->temporary || !KindMatches(kinds, place->isCategory)) return;
     if (filter != nullptr && !filter->Accepts(place->cursor)) return;
     list.push_back(place->cursor);
@@ -59,8 +59,8 @@ int32_t FindByValue(NodeStore& store, int32_t fieldIndex, const char* value, boo
   WalkBelow(&store.MainView().root, [&](TDBNode* node) {
     if (found >= 0) return false;
     if ((skipCursor < 0 || skipCursor != node->cursor) && (searchCategories || !node->isCategory)) {
-      const TDBCategoryData* place = store.places.Find(node->cursor);
-      const std::string* stored = FieldValue(store, node->cursor, fieldIndex);
+      const TDBCategoryData* place = node->place;
+      const std::string* stored = FieldValueOf(store, place, fieldIndex);
       if (place != nullptr && !place->temporary && stored != nullptr) {
         bool equal = asStored && toStored ? toStored(fieldIndex, *stored) == needle : *stored == needle;
         if (equal) found = node->cursor;

@@ -1,5 +1,7 @@
 #include "model/view.h"
 
+#include "model/records.h"
+
 #include <utility>
 #include <vector>
 
@@ -38,7 +40,7 @@ bool TDBNodeManagerItem::TakePadding(size_t slots) {
   return true;
 }
 
-void TDBNodeManagerItem::Compact(const std::function<void(int32_t, int32_t)>& setPosition) {
+void TDBNodeManagerItem::Compact(bool setPositions) {
   std::vector<TDBNode*> pending{&root};
   while (!pending.empty()) {
     TDBNode* n = pending.back();
@@ -53,7 +55,7 @@ void TDBNodeManagerItem::Compact(const std::function<void(int32_t, int32_t)>& se
       TDBNode* c = kids[i];
       c->previous = i > 0 ? kids[i - 1] : nullptr;
       c->next = i + 1 < kids.size() ? kids[i + 1] : nullptr;
-      if (setPosition) setPosition(c->cursor, static_cast<int32_t>(i));
+      if (setPositions && c->place != nullptr) c->place->position = static_cast<int32_t>(i);
       pending.push_back(c);
     }
   }
@@ -132,8 +134,8 @@ void TDBNodeManagerItem::SetDepths() {
   SetDepthsBelow(&root);
 }
 
-void TDBNodeManagerItem::Renumber(const std::function<void(int32_t, int32_t)>& setPosition) {
-  Compact(setPosition);
+void TDBNodeManagerItem::Renumber(bool setPositions) {
+  Compact(setPositions);
   Number();
   SetDepths();
 }

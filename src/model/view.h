@@ -3,7 +3,6 @@
 // View 0 is the main tree; further views are looked up by name.
 #include <cstdint>
 #include <deque>
-#include <functional>
 #include <string>
 #include <unordered_map>
 
@@ -35,8 +34,9 @@ struct TDBNodeManagerItem {
   bool TakePadding(size_t slots);
   void AllowPadding(size_t places) { padBudget = places + kBasePadding; }
 
-  // Removes null slots, relinks siblings and reports each child's index as its new position.
-  void Compact(const std::function<void(int32_t cursor, int32_t index)>& setPosition);
+  // Removes null slots and relinks siblings; with setPositions, each child's index becomes the
+  // position of its place.
+  void Compact(bool setPositions);
   // Numbers the visible nodes depth-first from counters at -1, dropping removed nodes.
   void Number();
   // The same numbers as Number() after one node was inserted under a numbered tree, starting at
@@ -44,7 +44,7 @@ struct TDBNodeManagerItem {
   void NumberAfterInsert(TDBNode* changed, int32_t indexInParent);
   void SetDepths();
   // Compaction, numbering and depths.
-  void Renumber(const std::function<void(int32_t cursor, int32_t index)>& setPosition);
+  void Renumber(bool setPositions);
   // Drops the whole tree; the view itself stays.
   void Clear();
 

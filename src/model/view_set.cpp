@@ -31,7 +31,7 @@ int32_t CreateView(NodeStore& store, const char* name, int32_t mode) {
   all.reserve(store.places.Count());
   store.places.ForEach([&](int32_t, TDBCategoryData* place) { all.push_back(place); });
   AttachPlacesToView(store, index, all, false);
-  store.views.back()->Renumber(nullptr);
+  store.views.back()->Renumber(false);
   return index;
 }
 
