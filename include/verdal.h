@@ -72,6 +72,13 @@ enum {
 /* View modes of VERDAL_CreateView. */
 enum { VERDAL_VIEW_CATEGORIES = 1, VERDAL_VIEW_RECORDS = 2, VERDAL_VIEW_BOTH = 3 };
 
+/* Kinds of node that walks and lists take. */
+enum { VERDAL_KINDS_CATEGORIES = 1, VERDAL_KINDS_RECORDS = 2, VERDAL_KINDS_BOTH = 3 };
+
+/* Flags of VERDAL_DeleteRecord: what below the node is deleted too (the rest moves to the top
+ * level). VERDAL_DELETE_CATEGORIES also makes the walk below the node go to all depths. */
+enum { VERDAL_DELETE_CATEGORIES = 2, VERDAL_DELETE_RECORDS = 4 };
+
 #pragma pack(push, 1)
 
 /* The notification record handed to the callback. One record for the process; valid during the
@@ -97,14 +104,21 @@ typedef struct VerdalDBProperties {
   char password[260];
 } VerdalDBProperties;
 
+/* Local time as the engine stores it. Day of week 0 is Sunday. */
+typedef struct VerdalLocalTime {
+  uint16_t year, month, dayOfWeek, day, hour, minute, second, millisecond;
+} VerdalLocalTime;
+
 #pragma pack(pop)
 
 #if defined(__cplusplus)
 static_assert(sizeof(VerdalNotification) == 40, "notification record is 40 bytes");
 static_assert(sizeof(VerdalDBProperties) == 528, "properties record is 528 bytes");
+static_assert(sizeof(VerdalLocalTime) == 16, "local time is 16 bytes");
 #else
 _Static_assert(sizeof(VerdalNotification) == 40, "notification record is 40 bytes");
 _Static_assert(sizeof(VerdalDBProperties) == 528, "properties record is 528 bytes");
+_Static_assert(sizeof(VerdalLocalTime) == 16, "local time is 16 bytes");
 #endif
 
 /* The answer is the low byte of the result: nonzero allows, zero vetoes (reasons 1 and 3). */
@@ -135,6 +149,36 @@ VERDAL_API int32_t VERDAL_CloseDBByFileName(const char* fileName);
 VERDAL_API int32_t VERDAL_GetDBProperties(VerdalHandle db, VerdalDBProperties* properties);
 /* identifier needs 37 bytes. */
 VERDAL_API int32_t VERDAL_GetDBIdentifier(VerdalHandle db, char* identifier);
+
+/* Records and categories. Cursors name nodes; the VERDAL_CURSOR_ values are pseudo cursors. */
+VERDAL_API int32_t VERDAL_AddCategory(VerdalHandle db, int32_t parent, const char* name);
+VERDAL_API int32_t VERDAL_DeleteRecord(VerdalHandle db, int32_t cursor, int32_t flags, int32_t notify,
+                                       VerdalWindow parent, int32_t renumber);
+VERDAL_API int32_t VERDAL_EmptyData(VerdalHandle db, int32_t keepDefinitions);
+/* Real cursors and VERDAL_CURSOR_ROOT only. */
+VERDAL_API int32_t VERDAL_HasMember(VerdalHandle db, int32_t cursor);
+/* The number of categories; -1 for a bad handle, without a code. */
+VERDAL_API int32_t VERDAL_GetItemCount(VerdalHandle db);
+/* Three words per node, free for the host (index 0 to 2, else code 22). */
+VERDAL_API int32_t VERDAL_GetSpecialData(VerdalHandle db, int32_t index, int32_t cursor);
+VERDAL_API int32_t VERDAL_SetSpecialData(VerdalHandle db, int32_t index, int32_t value, int32_t cursor);
+/* Each pointer may be null; the identifier out needs 37 bytes. */
+VERDAL_API int32_t VERDAL_GetInternalData(VerdalHandle db, int32_t cursor, VerdalLocalTime* created,
+                                          VerdalLocalTime* changed, int32_t* modified,
+                                          char* identifier);
+VERDAL_API int32_t VERDAL_SetInternalData(VerdalHandle db, int32_t cursor,
+                                          const VerdalLocalTime* created,
+                                          const VerdalLocalTime* changed, const uint8_t* modified,
+                                          const char* identifier);
+
+/* Walking and moving. VERDAL_MoveChild takes a target cursor, or VERDAL_CURSOR_NEXT (one step
+ * down) or VERDAL_CURSOR_PREVIOUS (one step up). */
+VERDAL_API int32_t VERDAL_Seek(VerdalHandle db, int32_t cursor, int32_t count, int32_t wrap,
+                               int32_t descend, int32_t keepCurrent, int32_t* categoryOut,
+                               int32_t kinds);
+VERDAL_API int32_t VERDAL_MoveChild(VerdalHandle db, int32_t cursor, int32_t target, int32_t kinds);
+/* No pseudo cursors. */
+VERDAL_API int32_t VERDAL_IsChildOf(VerdalHandle db, int32_t cursor, int32_t other);
 
 /* Views. */
 VERDAL_API int32_t VERDAL_CreateView(VerdalHandle db, const char* name, int32_t mode);

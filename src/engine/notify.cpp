@@ -49,10 +49,8 @@ void ClearNotificationRecord() {
 
 const VerdalNotification& NotificationRecord() { return g_record; }
 
-int32_t NotificationValue() { return g_record.value; }
-
 bool NotifyChange(TDBManager* db, int32_t cursor, int32_t reason, int32_t field, int32_t value,
-                  int32_t extra) {
+                  int32_t extra, int32_t* valueOut) {
   const Settings& s = Switches();
   if (!s.notify || s.notification == nullptr || db == nullptr || g_record.busy != 0) return true;
   FillPlace(*db, cursor);
@@ -60,6 +58,7 @@ bool NotifyChange(TDBManager* db, int32_t cursor, int32_t reason, int32_t field,
   g_record.value = value;
   g_record.extra = extra;
   bool result = Send(*db, cursor, reason);
+  if (valueOut != nullptr) *valueOut = g_record.value;
   if (!result && (reason == 1 || reason == 3)) return false;
   if (!TravelsAlongLinks(reason)) return result;
 

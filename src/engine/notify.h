@@ -13,11 +13,9 @@ void ClearNotificationRecord();
 const VerdalNotification& NotificationRecord();
 
 // Tells the host about a change. False only when the host vetoed reason 1 or 3. Reasons 1, 2, 12
-// and 14 travel on along the link chains of the database.
+// and 14 travel on along the link chains of the database. When the host was called, valueOut
+// receives the value word as the host left it (VERDAL_DeleteRecord lets it change the flags).
 bool NotifyChange(TDBManager* db, int32_t cursor, int32_t reason, int32_t field, int32_t value,
-                  int32_t extra);
-
-// The value word after the last callback: VERDAL_DeleteRecord reads back the flags a host changed.
-int32_t NotificationValue();
+                  int32_t extra, int32_t* valueOut = nullptr);
 
 }  // namespace verdal::engine

@@ -92,6 +92,19 @@ TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int3
   return raw;
 }
 
+TDBCategoryData* CreatePlace(NodeStore& store, int32_t categoryId, int32_t dataId, bool isCategory,
+                             bool temporary) {
+  auto place = std::make_unique<TDBCategoryData>();
+  place->cursor = store.nextCursor++;
+  place->categoryId = categoryId;
+  place->dataId = dataId;
+  place->isCategory = isCategory;
+  place->temporary = temporary;
+  TDBCategoryData* raw = place.get();
+  if (!store.places.Insert(raw->cursor, place)) return nullptr;
+  return raw;
+}
+
 namespace {
 
 // Builds one view's tree from a list of places. Places wait on the list for a parent that is
@@ -219,6 +232,11 @@ void DestroyPlace(NodeStore& store, int32_t cursor) {
     if (node->parent != nullptr) Unlink(node);
     node->removeFlag = 1;
     node->place = nullptr;
+    if (place->isCategory) {
+      auto& tree = store.views[v]->categoryTree;
+      auto it = tree.find(place->categoryId);
+      if (it != tree.end() && it->second == node) tree.erase(it);
+    }
   }
   store.places.Erase(cursor);
 }

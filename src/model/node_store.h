@@ -55,6 +55,10 @@ std::string* FieldValueOf(NodeStore& store, const TDBCategoryData* place, int32_
 // A new data record with one value per field, taking the next data id, entered in the data map.
 TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int32_t externalRow);
 
+// A new place with the next cursor, entered in the place map; not attached to any view.
+TDBCategoryData* CreatePlace(NodeStore& store, int32_t categoryId, int32_t dataId, bool isCategory,
+                             bool temporary);
+
 // Makes nodes for the places in every view. Live inserts renumber each view as they go; the bulk
 // path (live off) leaves compaction and numbering to Renumber.
 void AttachPlaces(NodeStore& store, const std::vector<TDBCategoryData*>& list, bool live);

@@ -1,0 +1,141 @@
+// Exported functions that add, delete and describe records and categories.
+#include <cstring>
+
+#include "engine/api/api_frame.h"
+#include "engine/handle_table.h"
+#include "engine/pool_manager.h"
+#include "engine/record_ops.h"
+#include "model/cursor.h"
+#include "platform/trace.h"
+#include "verdal.h"
+
+using namespace verdal;
+using api::Judge;
+using engine::TDBManager;
+
+namespace {
+
+constexpr int32_t kBadSpecialIndex = 22;
+
+// The place of any cursor, pseudo cursors resolved; null with code 5.
+model::TDBCategoryData* PlaceOf(TDBManager& db, int32_t cursor) {
+  model::TDBCategoryData* place = model::LookupPlace(db.store, model::ResolveCursor(db.store, cursor));
+  if (place == nullptr) engine::SetLastError(5);
+  return place;
+}
+
+// The data record behind a cursor; null with code 5.
+model::TDBDataRecord* DataOf(TDBManager& db, int32_t cursor) {
+  model::TDBCategoryData* place = PlaceOf(db, cursor);
+  if (place == nullptr) return nullptr;
+  model::TDBDataRecord* data = db.store.data.Find(place->dataId);
+  if (data == nullptr) engine::SetLastError(5);
+  return data;
+}
+
+}  // namespace
+
+extern "C" {
+
+VERDAL_API int32_t VERDAL_AddCategory(VerdalHandle handle, int32_t parent, const char* name) {
+  return api::WithDatabase("VERDAL_AddCategory", handle, 0, Judge::kLastError,
+                           [&](TDBManager& db) { return engine::AddCategory(db, parent, name); });
+}
+
+VERDAL_API int32_t VERDAL_DeleteRecord(VerdalHandle handle, int32_t cursor, int32_t flags,
+                                       int32_t notify, VerdalWindow parent, int32_t renumber) {
+  return api::WithDatabase("VERDAL_DeleteRecord", handle, 0, Judge::kResult, [&](TDBManager& db) {
+    return engine::DeleteRecord(db, cursor, flags, notify != 0, parent, renumber != 0);
+  });
+}
+
+VERDAL_API int32_t VERDAL_EmptyData(VerdalHandle handle, int32_t keepDefinitions) {
+  return api::WithDatabase("VERDAL_EmptyData", handle, 0, Judge::kResult, [&](TDBManager& db) {
+    engine::EmptyData(db, keepDefinitions != 0);
+    return 1;
+  });
+}
+
+VERDAL_API int32_t VERDAL_HasMember(VerdalHandle handle, int32_t cursor) {
+  return api::WithDatabase("VERDAL_HasMember", handle, 0, Judge::kResult, [&](TDBManager& db) {
+    if (cursor < -2 || cursor == -1 || model::LookupPlace(db.store, cursor) == nullptr) {
+      engine::SetLastError(5);
+      return 0;
+    }
+    return 1;
+  });
+}
+
+VERDAL_API int32_t VERDAL_GetItemCount(VerdalHandle handle) {
+  try {
+    if (!engine::Pool().Find(handle)) return -1;
+    return static_cast<int32_t>(engine::Handles().Lookup(handle)->store.MainView().categoryTree.size());
+  } catch (...) {
+    return -1;
+  }
+}
+
+VERDAL_API int32_t VERDAL_GetSpecialData(VerdalHandle handle, int32_t index, int32_t cursor) {
+  return api::WithDatabase("VERDAL_GetSpecialData", handle, -1, Judge::kLastError,
+                           [&](TDBManager& db) -> int32_t {
+    model::TDBCategoryData* place = PlaceOf(db, cursor);
+    if (place == nullptr) return -1;
+    if (index < 0 || index > 2) {
+      engine::SetLastError(kBadSpecialIndex);
+      return 0;
+    }
+    return place->special[index];
+  });
+}
+
+VERDAL_API int32_t VERDAL_SetSpecialData(VerdalHandle handle, int32_t index, int32_t value,
+                                         int32_t cursor) {
+  return api::WithDatabase("VERDAL_SetSpecialData", handle, 0, Judge::kLastError,
+                           [&](TDBManager& db) -> int32_t {
+    model::TDBCategoryData* place = PlaceOf(db, cursor);
+    if (place != nullptr && place->IsRootPlace()) {  // the root's place is shared by all databases
+      engine::SetLastError(5);
+      place = nullptr;
+    }
+    if (place == nullptr) return 0;
+    if (index < 0 || index > 2) {
+      engine::SetLastError(kBadSpecialIndex);
+      return -1;
+    }
+    place->special[index] = value;
+    return 1;
+  });
+}
+
+VERDAL_API int32_t VERDAL_GetInternalData(VerdalHandle handle, int32_t cursor,
+                                          VerdalLocalTime* created, VerdalLocalTime* changed,
+                                          int32_t* modified, char* identifier) {
+  return api::WithDatabase("VERDAL_GetInternalData", handle, 0, Judge::kResult,
+                           [&](TDBManager& db) -> int32_t {
+    model::TDBDataRecord* data = DataOf(db, cursor);
+    if (data == nullptr) return 0;
+    if (created != nullptr) std::memcpy(created, &data->created, sizeof *created);
+    if (changed != nullptr) std::memcpy(changed, &data->changed, sizeof *changed);
+    if (modified != nullptr) *modified = data->modified;
+    if (identifier != nullptr) std::memcpy(identifier, data->identifier.c_str(), data->identifier.size() + 1);
+    return 1;
+  });
+}
+
+VERDAL_API int32_t VERDAL_SetInternalData(VerdalHandle handle, int32_t cursor,
+                                          const VerdalLocalTime* created,
+                                          const VerdalLocalTime* changed, const uint8_t* modified,
+                                          const char* identifier) {
+  return api::WithDatabase("VERDAL_SetInternalData", handle, 0, Judge::kResult,
+                           [&](TDBManager& db) -> int32_t {
+    model::TDBDataRecord* data = DataOf(db, cursor);
+    if (data == nullptr) return 0;
+    if (created != nullptr) std::memcpy(&data->created, created, sizeof *created);
+    if (changed != nullptr) std::memcpy(&data->changed, changed, sizeof *changed);
+    if (modified != nullptr) data->modified = *modified;
+    if (identifier != nullptr) data->identifier = identifier;
+    return 1;
+  });
+}
+
+}  // extern "C"

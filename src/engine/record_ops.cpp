@@ -1,0 +1,144 @@
+#include "engine/record_ops.h"
+
+#include <vector>
+
+#include "engine/db_manager.h"
+#include "engine/last_error.h"
+#include "engine/linked_table.h"
+#include "engine/navigation.h"
+#include "engine/notify.h"
+#include "engine/settings.h"
+#include "model/cursor.h"
+#include "model/place_walk.h"
+#include "platform/trace.h"
+
+namespace verdal::engine {
+
+using namespace model;
+
+namespace {
+
+// The parent of a new node: its place, or null with the code set. -1 stands for the top level.
+TDBCategoryData* ParentPlace(NodeStore& store, int32_t parentCursor) {
+  int32_t resolved = ResolveCursor(store, parentCursor);
+  TDBCategoryData* parent = LookupPlace(store, resolved == -1 ? -2 : resolved);
+  if (parent == nullptr) {
+    SetLastError(6);
+    return nullptr;
+  }
+  if (!parent->isCategory) {
+    SetLastError(20);
+    return nullptr;
+  }
+  return parent;
+}
+
+// Removes one place and its data for good; false (code 23) when its table row cannot go.
+bool RemovePlace(TDBManager& db, TDBCategoryData* place) {
+  NodeStore& store = db.store;
+  TDBDataRecord* data = store.data.Find(place->dataId);
+  if (!place->isCategory && data != nullptr) {
+    if (!DeleteLinkedRow(db, *data)) {
+      SetLastError(23);
+      return false;
+    }
+    if (db.writeBack) db.deletedRows.push_back(data->externalRow);
+  }
+  int32_t dataId = place->dataId;
+  ReleaseData(store, dataId);
+  DropData(store, dataId, true);
+  DestroyPlace(store, place->cursor);
+  return true;
+}
+
+// The step back may land on a node deleted along with the one asked for; the current cursor
+// then goes to the first node, as after a load.
+int32_t StillThere(NodeStore& store, int32_t cursor) {
+  if (cursor < 0 || LookupPlace(store, cursor) != nullptr) return cursor;
+  return ResolveCursor(store, kCursorFirst);
+}
+
+}  // namespace
+
+int32_t AddCategory(TDBManager& db, int32_t parentCursor, const char* name) {
+  NodeStore& store = db.store;
+  TDBCategoryData* parent = ParentPlace(store, parentCursor);
+  if (parent == nullptr) return -1;
+
+  auto rec = std::make_unique<TDBCategoryRecord>();
+  rec->id = store.nextCategoryId++;
+  rec->parentId = parent->categoryId;  // -2 for the root: read as the top level everywhere
+  rec->name = rec->displayName = name != nullptr ? name : "";
+  int32_t categoryId = rec->id;
+  store.categories.Insert(categoryId, rec);
+  TDBDataRecord* data = CreateDataRecord(store, "", -1);
+  TDBCategoryData* place = CreatePlace(store, categoryId, data->id, true, false);
+  AttachPlaces(store, {place}, true);
+
+  store.currentCursor = place->cursor;
+  db.MarkDirty();
+  NotifyChange(&db, place->cursor, 6, -10, 0, 0);
+  NotifyChange(&db, place->cursor, 2, -10, 0, 0);
+  return place->cursor;
+}
+
+int32_t DeleteRecord(TDBManager& db, int32_t cursor, int32_t flags, bool notify, VerdalWindow,
+                     bool renumber) {
+  NodeStore& store = db.store;
+  platform::Trace("VERDAL_DeleteRecordEx: %d", cursor);
+  int32_t resolved = ResolveCursor(store, cursor);
+  TDBCategoryData* place = resolved == -1 ? nullptr : LookupPlace(store, resolved);
+  if (place == nullptr) {
+    SetLastError(5);
+    return 0;
+  }
+  TDBNode* node = NodeOf(store, place);
+  int32_t nextCurrent = StepCursor(store, resolved, -1, true, true);
+  if (node != nullptr && notify) {
+    if (!NotifyChange(&db, resolved, 3, -10, flags, 0, &flags)) {
+      SetLastError(8);
+      return 0;
+    }
+  }
+
+  std::vector<int32_t> below;
+  CollectPlaces(store, node, below, kKindBoth, (flags & kDeleteCategoriesBelow) != 0, false,
+                nullptr, false);
+  bool moved = false;
+  for (int32_t c : below) {
+    TDBCategoryData* p = LookupPlace(store, c);
+    if (p == nullptr) continue;
+    bool keep = p->isCategory ? (flags & kDeleteCategoriesBelow) == 0
+                              : (flags & kDeleteRecordsBelow) == 0;
+    if (keep) {
+      bool wasOn = Switches().notify;
+      Switches().notify = false;
+      MoveChild(db, c, kCursorRoot, kKindBoth);
+      Switches().notify = wasOn;
+      moved = true;
+      continue;
+    }
+    if (!RemovePlace(db, p)) return 0;
+    NotifyChange(&db, c, 4, -10, 0, 0);
+  }
+  if (resolved >= 0 && !RemovePlace(db, place)) return 0;
+  if (renumber) Renumber(store);
+  if (!moved && resolved >= 0) NotifyChange(&db, resolved, 4, -10, 0, 0);
+  if (moved) NotifyChange(&db, -2, 9, -10, 0, 0);
+
+  store.currentCursor = StillThere(store, nextCurrent);
+  db.MarkDirty();
+  NotifyChange(&db, store.currentCursor, 2, -10, 0, 0);
+  return 1;
+}
+
+void EmptyData(TDBManager& db, bool keepDefinitions) {
+  NodeStore& store = db.store;
+  if (IsLinkedToTable(db)) {
+    store.data.ForEach([&](int32_t, TDBDataRecord* record) { DeleteLinkedRow(db, *record); });
+  }
+  ClearStore(store, keepDefinitions);
+  db.MarkDirty();
+}
+
+}  // namespace verdal::engine

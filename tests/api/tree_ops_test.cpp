@@ -1,0 +1,187 @@
+// Categories through the C interface: adding, walking, moving and deleting, and what the host is
+// told along the way.
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "recording_host.h"
+#include "verdal.h"
+
+namespace {
+
+using Ints = std::vector<int32_t>;
+
+class TreeOps : public ::testing::Test {
+ protected:
+  void SetUp() override { db = VERDAL_OpenDB(nullptr, nullptr, 0, 0, nullptr, 0, 0, 0); }
+  void TearDown() override { VERDAL_CloseAllDBs(); }
+
+  // Cursors in tree order, depth-first, by stepping with descend on from the first node.
+  Ints Order() {
+    Ints out;
+    int32_t first = VERDAL_Seek(db, VERDAL_CURSOR_NONE, 1, 0, 1, 1, nullptr, VERDAL_KINDS_BOTH);
+    for (int32_t c = first; c >= 0; c = VERDAL_Seek(db, c, 1, 0, 1, 1, nullptr, VERDAL_KINDS_BOTH))
+      out.push_back(c);
+    return out;
+  }
+  int32_t Category(int32_t parent, const char* name) { return VERDAL_AddCategory(db, parent, name); }
+
+  VerdalHandle db = 0;
+};
+
+}  // namespace
+
+TEST_F(TreeOps, AddingAndSeekingTellTheHostAndHonourVetoes) {
+  RecordingHost host;
+  int32_t a = Category(VERDAL_CURSOR_NONE, "A");
+  int32_t b = Category(a, "B");
+  EXPECT_EQ(host.Take(), (std::vector<Heard>{{6, a, a, -10, 0}, {2, a, a, -10, 0},
+                                             {6, b, b, -10, 0}, {2, b, b, -10, 0}}));
+  int32_t category = 0;
+  EXPECT_EQ(VERDAL_Seek(db, a, 0, 0, 0, 0, &category, VERDAL_KINDS_BOTH), a);
+  EXPECT_EQ(category, a);
+  EXPECT_EQ(host.Take(), (std::vector<Heard>{{1, b, b, -10, 0}, {2, a, a, -10, 0}}));
+
+  host.vetoReason = 1;
+  EXPECT_EQ(VERDAL_Seek(db, b, 0, 0, 0, 0, nullptr, VERDAL_KINDS_BOTH), a);  // stays
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CANCELLED);
+  EXPECT_EQ(host.Take(), (std::vector<Heard>{{1, a, a, -10, 0}}));
+  // Keeping the current cursor asks nobody.
+  EXPECT_EQ(VERDAL_Seek(db, a, 1, 0, 1, 1, nullptr, VERDAL_KINDS_BOTH), b);
+  EXPECT_TRUE(host.Take().empty());
+
+  host.vetoReason = 0;
+  VERDAL_SetNotify(0);
+  EXPECT_GE(Category(VERDAL_CURSOR_ROOT, "C"), 0);
+  EXPECT_TRUE(host.Take().empty());
+  VERDAL_SetNotify(1);
+}
+
+TEST_F(TreeOps, ParentsMustBeCategoriesThatExist) {
+  EXPECT_EQ(VERDAL_AddCategory(db, 4711, "x"), -1);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CATEGORY_CURSOR);
+  EXPECT_EQ(VERDAL_AddCategory(0, -1, "x"), 0);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_HANDLE);
+  int32_t first = Category(VERDAL_CURSOR_ROOT, "A");
+  EXPECT_EQ(first, 0);  // 0 is a good cursor; the last error tells success
+  EXPECT_EQ(VERDAL_GetLastError(), 0);
+  EXPECT_EQ(VERDAL_GetItemCount(db), 1);
+  EXPECT_EQ(VERDAL_GetItemCount(0), -1);
+}
+
+TEST_F(TreeOps, SeekingFromNoNodeAndSkippingKinds) {
+  int32_t a = Category(-1, "A");
+  int32_t a1 = Category(a, "A1");
+  int32_t b = Category(-1, "B");
+  EXPECT_EQ(VERDAL_Seek(db, VERDAL_CURSOR_NONE, 1, 0, 1, 1, nullptr, VERDAL_KINDS_BOTH), a);
+  EXPECT_EQ(VERDAL_Seek(db, VERDAL_CURSOR_NONE, -1, 0, 1, 1, nullptr, VERDAL_KINDS_BOTH), b);
+  EXPECT_EQ(VERDAL_Seek(db, a, 2, 0, 1, 1, nullptr, VERDAL_KINDS_BOTH), b);
+  // No records at all: with wrap the walk comes back to where it started, without it fails.
+  EXPECT_EQ(VERDAL_Seek(db, a1, 1, 1, 1, 1, nullptr, VERDAL_KINDS_RECORDS), a1);
+  EXPECT_EQ(VERDAL_Seek(db, a1, 1, 0, 1, 1, nullptr, VERDAL_KINDS_RECORDS), -1);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_Seek(db, 999, 0, 0, 1, 1, nullptr, VERDAL_KINDS_BOTH), -1);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+}
+
+TEST_F(TreeOps, MovingUpAndDownAtTheEndsAndOutOfCategories) {
+  int32_t a = Category(-1, "A");
+  int32_t a1 = Category(a, "A1");
+  int32_t a2 = Category(a, "A2");
+  int32_t b = Category(-1, "B");
+  ASSERT_EQ(Order(), (Ints{a, a1, a2, b}));
+
+  RecordingHost host;
+  EXPECT_EQ(VERDAL_MoveChild(db, b, VERDAL_CURSOR_NEXT, VERDAL_KINDS_BOTH), 1);  // last goes to front
+  EXPECT_EQ(Order(), (Ints{b, a, a1, a2}));
+  EXPECT_EQ(host.Take(), (std::vector<Heard>{{9, -2, -2, -10, 0}, {2, b, b, -10, 0}}));
+  EXPECT_EQ(VERDAL_MoveChild(db, b, VERDAL_CURSOR_PREVIOUS, VERDAL_KINDS_BOTH), 1);  // first goes to end
+  EXPECT_EQ(Order(), (Ints{a, a1, a2, b}));
+  // The first child moving up leaves its category and stands before it.
+  EXPECT_EQ(VERDAL_MoveChild(db, a1, VERDAL_CURSOR_PREVIOUS, VERDAL_KINDS_BOTH), 1);
+  EXPECT_EQ(Order(), (Ints{a1, a, a2, b}));
+  EXPECT_EQ(VERDAL_IsChildOf(db, a, a1), 0);
+  // The last child moving down leaves its category and stands after it.
+  EXPECT_EQ(VERDAL_MoveChild(db, a2, VERDAL_CURSOR_NEXT, VERDAL_KINDS_BOTH), 1);
+  EXPECT_EQ(Order(), (Ints{a1, a, a2, b}));
+  EXPECT_EQ(VERDAL_IsChildOf(db, a, a2), 0);
+  // Moving onto a category puts the node in it, first.
+  EXPECT_EQ(VERDAL_MoveChild(db, b, a, VERDAL_KINDS_BOTH), 1);
+  EXPECT_EQ(VERDAL_IsChildOf(db, a, b), 1);
+  EXPECT_EQ(VERDAL_MoveChild(db, a, b, VERDAL_KINDS_BOTH), 0);  // not below itself
+  EXPECT_EQ(VERDAL_MoveChild(db, a, a, VERDAL_KINDS_BOTH), 0);
+  EXPECT_EQ(VERDAL_GetLastError(), 0);
+  EXPECT_EQ(VERDAL_MoveChild(db, 999, a, VERDAL_KINDS_BOTH), 0);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_IsChildOf(db, a, a), 1);
+  EXPECT_EQ(VERDAL_IsChildOf(db, 999, a), 0);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+}
+
+TEST_F(TreeOps, DeletingMovesWhatSurvivesToTheTopAndTheHostMayChangeTheFlags) {
+  int32_t a = Category(-1, "A");
+  int32_t a1 = Category(a, "A1");
+  int32_t a11 = Category(a1, "A11");
+  int32_t b = Category(-1, "B");
+  RecordingHost host;
+  // Flags 0: the direct child category survives and moves to the front of the top level.
+  EXPECT_EQ(VERDAL_DeleteRecord(db, a, 0, 1, nullptr, 1), 1);
+  EXPECT_EQ(Order(), (Ints{a1, a11, b}));
+  EXPECT_EQ(VERDAL_HasMember(db, a), 0);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  std::vector<Heard> heard = host.Take();
+  ASSERT_EQ(heard.size(), 3u);
+  EXPECT_EQ(heard[0], (Heard{3, a, a, -10, 0}));
+  EXPECT_EQ(heard[1].reason, 9);
+  EXPECT_EQ(heard[2].reason, 2);
+
+  // The host turns "delete the categories below" on: everything below goes.
+  host.rewriteValue = VERDAL_DELETE_CATEGORIES;
+  EXPECT_EQ(VERDAL_DeleteRecord(db, a1, 0, 1, nullptr, 1), 1);
+  EXPECT_EQ(Order(), (Ints{b}));
+  EXPECT_EQ(VERDAL_GetItemCount(db), 1);
+  heard = host.Take();
+  EXPECT_EQ(heard[0], (Heard{3, a1, a1, -10, 0}));
+  EXPECT_EQ(heard[1], (Heard{4, a11, -1, -10, 0}));  // gone: no node to describe
+  EXPECT_EQ(heard[2], (Heard{4, a1, -1, -10, 0}));
+
+  // A veto deletes nothing.
+  host.vetoReason = 3;
+  EXPECT_EQ(VERDAL_DeleteRecord(db, b, 6, 1, nullptr, 1), 0);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CANCELLED);
+  EXPECT_EQ(VERDAL_HasMember(db, b), 1);
+  EXPECT_EQ(VERDAL_DeleteRecord(db, 999, 6, 1, nullptr, 1), 0);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+}
+
+TEST_F(TreeOps, SpecialAndInternalDataOfANode) {
+  int32_t a = Category(-1, "A");
+  EXPECT_EQ(VERDAL_GetSpecialData(db, 1, a), -1);
+  EXPECT_EQ(VERDAL_SetSpecialData(db, 1, 77, a), 1);
+  EXPECT_EQ(VERDAL_GetSpecialData(db, 1, a), 77);
+  EXPECT_EQ(VERDAL_GetSpecialData(db, 3, a), 0);
+  EXPECT_EQ(VERDAL_GetLastError(), 22);
+  EXPECT_EQ(VERDAL_SetSpecialData(db, -1, 5, a), -1);
+  EXPECT_EQ(VERDAL_GetLastError(), 22);
+  EXPECT_EQ(VERDAL_GetSpecialData(db, 0, 999), -1);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_SetSpecialData(db, 0, 5, VERDAL_CURSOR_ROOT), 0);
+
+  VerdalLocalTime created{}, changed{};
+  int32_t modified = -1;
+  char id[37];
+  ASSERT_EQ(VERDAL_GetInternalData(db, a, &created, &changed, &modified, id), 1);
+  EXPECT_GE(created.year, 2024);
+  EXPECT_EQ(modified, 0);
+  EXPECT_EQ(std::string(id).size(), 36u);
+  VerdalLocalTime then{1999, 12, 5, 31, 23, 59, 58, 1};
+  uint8_t yes = 1;
+  ASSERT_EQ(VERDAL_SetInternalData(db, a, &then, nullptr, &yes, "mine"), 1);
+  ASSERT_EQ(VERDAL_GetInternalData(db, a, &created, nullptr, &modified, id), 1);
+  EXPECT_EQ(created.year, 1999);
+  EXPECT_EQ(created.millisecond, 1);
+  EXPECT_EQ(modified, 1);
+  EXPECT_STREQ(id, "mine");
+  EXPECT_EQ(VERDAL_GetInternalData(db, 999, nullptr, nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+}
