@@ -156,18 +156,40 @@ bool DateTextToInternal(int16_t type, std::string_view text, bool validate, std:
 }
 
 long double DateOrderKey(int16_t type, std::string_view value) {
-  static constexpr long double kWeight[kSevenParts] = {1e9L, 1e11L, 1e13L, 1e7L, 1e5L, 1e3L, 1};
+  // Weights by part: day, month, year, hour, minute, second, millisecond.
+  static constexpr int64_t kWeight[kSevenParts] = {1000000000,   100000000000, 10000000000000,
+                                                   10000000,     100000,       1000, 1};
   size_t first = 0, last = kSevenParts;  // the parts that count
   if (type == kTypeDate) last = 3;
   if (type == kTypeTime) first = 3;
-  long double key = 0;
-  size_t start = 0;
-  for (size_t part = 0; part < last && start <= value.size(); ++part) {
-    size_t end = value.find('.', start);
-    if (end == std::string_view::npos) end = value.size();
-    if (part >= first) key += ReadInteger(value.substr(start, end - start)) * kWeight[part];
-    start = end + 1;
+  // One pass over the text, since this runs in every sort step over dates.
+  int32_t part[kSevenParts] = {};
+  const char* p = value.data();
+  const char* const end = p + value.size();
+  bool small = true;
+  for (size_t i = 0; i < last; ++i) {
+    // Stored parts are plain digits; anything else is read the general way.
+    const char* stop = p;
+    int32_t digits = 0;
+    while (stop != end && *stop >= '0' && *stop <= '9' && stop - p < 5)
+      digits = digits * 10 + (*stop++ - '0');
+    const bool plain = stop != p && (stop == end || *stop == '.');
+    while (stop != end && *stop != '.') ++stop;
+    if (i >= first) {
+      part[i] = plain ? digits : ReadInteger(std::string_view(p, static_cast<size_t>(stop - p)));
+      small = small && part[i] > -100000 && part[i] < 100000;
+    }
+    if (stop == end) break;
+    p = stop + 1;
   }
+  // Parts of five digits at most keep the sum below 2^63, where integer and 80-bit arithmetic agree.
+  if (small) {
+    int64_t key = 0;
+    for (size_t i = first; i < last; ++i) key += part[i] * kWeight[i];
+    return static_cast<long double>(key);
+  }
+  long double key = 0;
+  for (size_t i = first; i < last; ++i) key += static_cast<long double>(part[i]) * kWeight[i];
   return key;
 }
 

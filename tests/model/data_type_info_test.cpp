@@ -323,3 +323,22 @@ TEST(DataTypeInfo, NewRecordsCountOrConvertTheInitialValue) {
   stamp.initValue = "\\RVALUE:NOW";
   EXPECT_TRUE(IsSevenPartValue(stamp.NewRecordValue()));
 }
+
+TEST(DataTypeInfo, DateOrderKeyReadsDamagedPartsLikeIntegers) {
+  struct Case {
+    int16_t type;
+    const char* value;
+    long double key;
+  };
+  const Case cases[] = {
+      {kTypeDateTime, "31.12.2001.13.5.9.7", 2001e13L + 12e11L + 31e9L + 13e7L + 5e5L + 9e3L + 7},
+      {kTypeDateTime, " 3.x.-5.1a.+2", -5e13L + 3e9L + 1e7L + 2e5L},
+      {kTypeDateTime, "1.1.999999", 999999e13L + 1e11L + 1e9L},  // beyond the integer shortcut
+      {kTypeDateTime, "1.1.2001.1.1.1.1.99", 2001e13L + 1e11L + 1e9L + 1e7L + 1e5L + 1e3L + 1},
+      {kTypeDateTime, "000001.2.3", 3e13L + 2e11L + 1e9L},
+      {kTypeDate, "2.3.2004.23.59.59.999", 2004e13L + 3e11L + 2e9L},
+      {kTypeTime, "2.3.2004.23.59.59.999", 23e7L + 59e5L + 59e3L + 999},
+      {kTypeDate, "", 0},
+  };
+  for (const Case& c : cases) EXPECT_EQ(DateOrderKey(c.type, c.value), c.key) << c.value;
+}
