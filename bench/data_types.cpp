@@ -8,7 +8,7 @@
 #include "model/data_type_info.h"
 #include "model/number_text.h"
 
-using verdal::TDataTypeInfo;
+using verdal::model::TDataTypeInfo;
 
 namespace {
 
@@ -18,7 +18,7 @@ std::vector<std::string> StoredNumbers() {
   std::mt19937 rng(1);
   std::uniform_real_distribution<double> d(-1e6, 1e6);
   std::vector<std::string> v(kValues);
-  for (std::string& s : v) verdal::FormatNumber(d(rng), 2, s);
+  for (std::string& s : v) verdal::model::FormatNumber(d(rng), 2, s);
   return v;
 }
 
@@ -56,16 +56,16 @@ void RunCompare(benchmark::State& state, int16_t type, const std::vector<std::st
 }
 
 void BM_CompareStoredNumbers(benchmark::State& state) {
-  RunCompare(state, verdal::kTypeNumber, StoredNumbers(), true);
+  RunCompare(state, verdal::model::kTypeNumber, StoredNumbers(), true);
 }
 void BM_CompareStoredDates(benchmark::State& state) {
-  RunCompare(state, verdal::kTypeDateTime, StoredDates(), true);
+  RunCompare(state, verdal::model::kTypeDateTime, StoredDates(), true);
 }
 void BM_CompareNumbersNotCanonical(benchmark::State& state) {
-  RunCompare(state, verdal::kTypeNumber, StoredNumbers(), false);
+  RunCompare(state, verdal::model::kTypeNumber, StoredNumbers(), false);
 }
 void BM_CompareStoredTextWordSort(benchmark::State& state) {
-  RunCompare(state, verdal::kTypeText, StoredNames(), true);
+  RunCompare(state, verdal::model::kTypeText, StoredNames(), true);
 }
 
 }  // namespace

@@ -12,7 +12,7 @@
 #include "model/date_text.h"
 #include "platform/language.h"
 
-using namespace verdal;
+using namespace verdal::model;
 
 namespace {
 
@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   field.allowEmpty = switches & 1;
   const bool validate = switches & 2, useWords = switches & 4, convertFirst = switches & 8;
   const bool stringSort = switches & 16;
-  platform::SetLanguageId((switches & 32) ? 0x407 : 0x409);
+  verdal::platform::SetLanguageId((switches & 32) ? 0x407 : 0x409);
 
   const std::string_view rest(reinterpret_cast<const char*>(data + 3), size - 3);
   const size_t zero = rest.find('\0');

@@ -6,7 +6,7 @@
 #include "model/number_text.h"
 #include "platform/collation.h"
 
-namespace verdal {
+namespace verdal::model {
 namespace {
 
 // Working copies for values that must be converted first; kept so that their memory is reused.
@@ -78,4 +78,4 @@ int TDataTypeInfo::Compare(std::string_view first, std::string_view second, bool
   }
 }
 
-}  // namespace verdal
+}  // namespace verdal::model

@@ -6,7 +6,7 @@
 #include "model/number_text.h"
 #include "platform/language.h"
 
-namespace verdal {
+namespace verdal::model {
 namespace {
 
 constexpr std::string_view kNowValue = "\\RVALUE:NOW";
@@ -78,4 +78,4 @@ bool TDataTypeInfo::ToInternal(std::string_view value, std::string& out, bool va
   }
 }
 
-}  // namespace verdal
+}  // namespace verdal::model

@@ -9,7 +9,7 @@
 #include "platform/intl.h"
 #include "platform/trace.h"
 
-namespace verdal {
+namespace verdal::model {
 namespace {
 
 // A link value is the id of a node in the next database of the chain; each hop reads the value
@@ -89,4 +89,4 @@ void TDataTypeInfo::ShowValue(std::string_view value, std::string& out, bool use
   out = std::move(work);
 }
 
-}  // namespace verdal
+}  // namespace verdal::model

@@ -5,7 +5,7 @@
 #include "model/link_resolver.h"
 #include "model/number_text.h"
 
-namespace verdal {
+namespace verdal::model {
 
 const TypeLabel kDataTypeLabels[7] = {
     {"Text", kTypeText},          {"Zahl", kTypeNumber}, {"Ja/Nein", kTypeYesNo},
@@ -107,4 +107,4 @@ std::string TDataTypeInfo::NewRecordValue() {
   return value;
 }
 
-}  // namespace verdal
+}  // namespace verdal::model

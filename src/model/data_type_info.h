@@ -10,15 +10,15 @@
 //                a date has the last four at 0, a time the first three and the last
 // The empty string is the empty value of every type.
 //
-// The stored form is written by ReadTypeInfo/WriteTypeInfo, which live with the stream classes:
-// fields in declaration order below, integers little-endian, 80-bit values as their 10 x87 bytes,
+// ReadTypeInfo/WriteTypeInfo are not written yet: they belong beside the stream classes (TBaseFile)
+// and follow once those exist. The stored form: fields in declaration order below, integers little-endian, 80-bit values as their 10 x87 bytes,
 // flags one byte, strings in the stream encoding; hiddenInLists from version 2, hiddenInSort from
 // 3, hiddenField and hostText2 from 4. Writing always writes version 4.
 #include <cstdint>
 #include <string>
 #include <string_view>
 
-namespace verdal {
+namespace verdal::model {
 
 class TLinkResolver;
 
@@ -129,4 +129,4 @@ extern const TypeLabel kDataTypeLabels[7];
 extern const TypeLabel kExtendedTypeLabels[7];
 extern const TypeLabel kSqlTypeLabels[22];
 
-}  // namespace verdal
+}  // namespace verdal::model

@@ -7,7 +7,7 @@
 #include "platform/clock.h"
 #include "platform/intl.h"
 
-namespace verdal {
+namespace verdal::model {
 namespace {
 
 constexpr size_t kSevenParts = 7;
@@ -221,4 +221,4 @@ void FormatDateValue(std::string_view format, std::string_view value, std::strin
   out = std::move(result);
 }
 
-}  // namespace verdal
+}  // namespace verdal::model

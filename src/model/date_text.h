@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace verdal {
+namespace verdal::model {
 
 // Reads a date from its end: up to four digits of year, two of month, two of day, parts divided by
 // one of , . / - ; (the last one met goes to `separator`, "." when there is none); other characters
@@ -39,4 +39,4 @@ long double DateOrderKey(int16_t type, std::string_view value);
 // another number of parts gives "".
 void FormatDateValue(std::string_view format, std::string_view value, std::string& out);
 
-}  // namespace verdal
+}  // namespace verdal::model

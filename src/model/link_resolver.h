@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace verdal {
+namespace verdal::model {
 
 struct TDataTypeInfo;
 
@@ -43,4 +43,4 @@ class TLinkResolver {
   virtual std::string_view Name() const = 0;
 };
 
-}  // namespace verdal
+}  // namespace verdal::model

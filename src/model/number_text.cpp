@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace verdal {
+namespace verdal::model {
 namespace {
 
 locale_t CLocale() {
@@ -113,4 +113,4 @@ int32_t ReadInteger(std::string_view t) {
   return static_cast<int32_t>(negative ? -v : v);
 }
 
-}  // namespace verdal
+}  // namespace verdal::model

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace verdal {
+namespace verdal::model {
 
 // Reads the decimal number at the start of the text as an 80-bit value: white space, sign, digits,
 // a point and digits, an exponent. Reading stops at the first character that cannot belong to the
@@ -21,4 +21,4 @@ void FormatNumber(long double value, int decimals, std::string& out);
 // there are none. Saturates at the limits of 32 bits.
 int32_t ReadInteger(std::string_view text);
 
-}  // namespace verdal
+}  // namespace verdal::model

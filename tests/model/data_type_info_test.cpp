@@ -4,9 +4,9 @@
 
 #include "model/date_text.h"
 #include "platform/clock.h"
-#include "separator_scope.h"
+#include "platform/environment_scope.h"
 
-using namespace verdal;
+using namespace verdal::model;
 
 namespace {
 
@@ -85,19 +85,6 @@ const ConversionCase kDates[] = {
 
 }  // namespace
 
-TEST(DataTypeInfo, DefaultsOfANewField) {
-  const TDataTypeInfo t;
-  EXPECT_EQ(t.version, 4);
-  EXPECT_EQ(t.dataType, kTypeText);
-  EXPECT_EQ(t.maxChars, -1);
-  EXPECT_EQ(t.decimals, 2);
-  EXPECT_EQ(t.allowEmpty, 1);
-  EXPECT_EQ(t.allowDuplicates, 1);
-  EXPECT_EQ(t.readOnly, 0);
-  EXPECT_EQ(t.format, "%d.%m.%Y");
-  EXPECT_TRUE(t.initValue.empty() && t.linkDatabase.empty() && t.hostText2.empty());
-}
-
 TEST(DataTypeInfo, ToInternalByTypeAndLanguage) {
   SeparatorScope scope(kEnglish, ".");
   for (const ConversionCase& c : kToInternal) {
@@ -150,7 +137,7 @@ TEST(DataTypeInfo, ValidationRefusesEmptyValuesAndImpossibleDates) {
 TEST(DataTypeInfo, NowStampsAllSevenNumbersForEveryDateType) {
   for (int16_t type : {kTypeDateTime, kTypeDate, kTypeTime}) {
     std::string out;
-    const uint16_t year = platform::NowLocal().year;
+    const uint16_t year = verdal::platform::NowLocal().year;
     ASSERT_TRUE(TypeOf(type).ToInternal("\\RVALUE:NOW", out, true, nullptr));
     std::string_view parts[7];
     ASSERT_EQ(SplitText(out, '.', parts, 7), 7u) << out;

@@ -6,9 +6,9 @@
 
 #include "model/data_type_info.h"
 #include "model/link_resolver.h"
-#include "separator_scope.h"
+#include "platform/environment_scope.h"
 
-using namespace verdal;
+using namespace verdal::model;
 
 namespace {
 

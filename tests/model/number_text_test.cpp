@@ -9,7 +9,7 @@
 #include <limits>
 #include <random>
 
-using namespace verdal;
+using namespace verdal::model;
 
 TEST(NumberText, ShortNumbersReadExactlyAsTheCLibraryReadsThem) {
   // The reader divides short mantissas instead of calling strtold; both must round alike.

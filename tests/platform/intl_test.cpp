@@ -2,45 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <string>
-
-#include "platform/language.h"
+#include "platform/environment_scope.h"
 
 using namespace verdal::platform;
-
-namespace {
-
-// Puts back the environment variables a test changes.
-class EnvironmentScope {
- public:
-  explicit EnvironmentScope(std::initializer_list<const char*> names) {
-    for (const char* n : names) {
-      const char* v = std::getenv(n);
-      saved_.push_back({n, v != nullptr, v != nullptr ? v : ""});
-    }
-  }
-  ~EnvironmentScope() {
-    for (const Saved& s : saved_) {
-      if (s.set)
-        setenv(s.name, s.value.c_str(), 1);
-      else
-        unsetenv(s.name);
-    }
-    SetLanguageId(0);
-    ReloadIntl();
-  }
-
- private:
-  struct Saved {
-    const char* name;
-    bool set;
-    std::string value;
-  };
-  std::vector<Saved> saved_;
-};
-
-}  // namespace
 
 TEST(Intl, SeparatorsFromLocaleLanguageAndOverrides) {
   EnvironmentScope scope({"VERDAL_SDECIMAL", "VERDAL_SDATE", "VERDAL_STIME", "LC_ALL"});
