@@ -209,8 +209,8 @@ TEST(DataTypeInfo, DisplayStringsByTypeAndLanguage) {
 TEST(DataTypeInfo, DateDisplayReplacesTheStoredFormat) {
   TDataTypeInfo t = TypeOf(kTypeDate);
   t.format = "%Y-%m-%d";
-  std::string out;
-  t.CreateDisplayString("9.8.2024.0.0.0.0", out, false, false, nullptr);
+  std::string out = "9.8.2024.0.0.0.0";
+  t.CreateDisplayString(out, out, false, false, nullptr);  // in place, as the host interface does
   EXPECT_EQ(out, "09.08.2024");
   EXPECT_EQ(t.format, "%d.%m.%y");
   FormatDateValue("%%%d|%q%", "1.2.3.4.5.6.7", out);
