@@ -1,0 +1,24 @@
+#pragma once
+// Numbers as text, independent of the process locale: the reader and printer behind every
+// conversion of numeric values.
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace verdal::model {
+
+// Reads the decimal number at the start of the text as an 80-bit value: white space, sign, digits,
+// a point and digits, an exponent. Reading stops at the first character that cannot belong to the
+// number; text without a number gives 0. Hexadecimal forms, "inf" and "nan" are not numbers here.
+// A number too large for the format gives the largest finite value of its sign.
+long double ReadNumber(std::string_view text);
+
+// Prints with exactly `decimals` digits after a point; with 0 (or less) without a point. A value
+// that is not finite prints as 0.
+void FormatNumber(long double value, int decimals, std::string& out);
+
+// Reads an integer like atoi: white space, sign, digits up to the first other character; 0 when
+// there are none. Saturates at the limits of 32 bits.
+int32_t ReadInteger(std::string_view text);
+
+}  // namespace verdal::model

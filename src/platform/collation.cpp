@@ -1,0 +1,123 @@
+#include "platform/collation.h"
+
+#include <unicode/ucol.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "BASE_SOURCE/cp1252.h"
+
+namespace verdal::platform {
+namespace {
+
+// Opening a collator loads rule data; comparisons run inside every sort step, so both are kept.
+struct Collators {
+  UCollator* tertiary = nullptr;   // case and accents count
+  UCollator* secondary = nullptr;  // accents count, case does not
+  bool opened = false;
+};
+Collators g_collators;
+
+std::string CollationLocale() {
+  for (const char* var : {"LC_ALL", "LC_COLLATE", "LANG"}) {
+    const char* value = std::getenv(var);
+    if (value == nullptr || *value == '\0') continue;
+    std::string name(value, std::strcspn(value, ".@"));
+    // ICU reads "C" as en_US_POSIX, whose collation is plain ASCII order: use the root instead.
+    if (name == "C" || name == "POSIX") return {};
+    return name;
+  }
+  return {};
+}
+
+UCollator* Open(const std::string& locale, UColAttributeValue strength) {
+  UErrorCode status = U_ZERO_ERROR;
+  UCollator* coll = ucol_open(locale.c_str(), &status);
+  if (U_FAILURE(status)) {
+    status = U_ZERO_ERROR;
+    coll = ucol_open("", &status);
+    if (U_FAILURE(status)) return nullptr;
+  }
+  ucol_setStrength(coll, strength);
+  ucol_setAttribute(coll, UCOL_ALTERNATE_HANDLING, UCOL_NON_IGNORABLE, &status);
+  ucol_setAttribute(coll, UCOL_NORMALIZATION_MODE, UCOL_OFF, &status);
+  return coll;
+}
+
+UCollator* Collator(bool ignoreCase) {
+  if (!g_collators.opened) {
+    const std::string locale = CollationLocale();
+    g_collators.tertiary = Open(locale, UCOL_TERTIARY);
+    g_collators.secondary = Open(locale, UCOL_SECONDARY);
+    g_collators.opened = true;
+  }
+  return ignoreCase ? g_collators.secondary : g_collators.tertiary;
+}
+
+// Text in UTF-16, on the stack for the usual short values.
+class Utf16Text {
+ public:
+  Utf16Text(std::string_view text, bool skipHyphens) {
+    UChar* out = text.size() <= kInline ? inline_ : (heap_.resize(text.size()), heap_.data());
+    int32_t n = 0;
+    for (char c : text) {
+      if (skipHyphens && (c == '-' || c == '\'')) continue;
+      out[n++] = static_cast<UChar>(cp1252::ToUtf16(c));
+    }
+    data_ = out;
+    length_ = n;
+  }
+  Utf16Text(const Utf16Text&) = delete;
+  Utf16Text& operator=(const Utf16Text&) = delete;
+
+  const UChar* data() const { return data_; }
+  int32_t length() const { return length_; }
+
+ private:
+  static constexpr size_t kInline = 256;
+  UChar inline_[kInline];
+  std::u16string heap_;
+  const UChar* data_ = nullptr;
+  int32_t length_ = 0;
+};
+
+int Sign(int v) { return (v > 0) - (v < 0); }
+
+int ByteCompare(std::string_view a, std::string_view b) { return Sign(a.compare(b)); }
+
+int Collate(UCollator* coll, std::string_view a, std::string_view b, bool skipHyphens) {
+  Utf16Text ua(a, skipHyphens), ub(b, skipHyphens);
+  switch (ucol_strcoll(coll, ua.data(), ua.length(), ub.data(), ub.length())) {
+    case UCOL_LESS: return -1;
+    case UCOL_GREATER: return 1;
+    default: return 0;
+  }
+}
+
+int WordSort(std::string_view a, std::string_view b, bool ignoreCase) {
+  UCollator* coll = Collator(ignoreCase);
+  if (coll == nullptr) return ByteCompare(a, b);
+  if (int r = Collate(coll, a, b, true)) return r;
+  // Equal without hyphens and apostrophes: now they decide, as symbols.
+  return Collate(coll, a, b, false);
+}
+
+}  // namespace
+
+int CompareWordSort(std::string_view a, std::string_view b) { return WordSort(a, b, false); }
+
+int CompareWordSortNoCase(std::string_view a, std::string_view b) { return WordSort(a, b, true); }
+
+int CompareStringSort(std::string_view a, std::string_view b) {
+  UCollator* coll = Collator(false);
+  return coll != nullptr ? Collate(coll, a, b, false) : ByteCompare(a, b);
+}
+
+void ResetCollation() {
+  if (g_collators.tertiary != nullptr) ucol_close(g_collators.tertiary);
+  if (g_collators.secondary != nullptr) ucol_close(g_collators.secondary);
+  g_collators = Collators{};
+}
+
+}  // namespace verdal::platform

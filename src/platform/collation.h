@@ -1,0 +1,23 @@
+#pragma once
+// Locale-aware comparison of code page 1252 text, standing for the system's string comparisons:
+// word sort (lstrcmpA), string sort (CompareStringA with SORT_STRINGSORT) and case-insensitive word
+// sort (lstrcmpiA). Collation is that of the environment's locale (LC_ALL, LC_COLLATE, LANG), the
+// root collation for "C", "POSIX" or none. Results are -1, 0 or 1.
+#include <string_view>
+
+namespace verdal::platform {
+
+// Word sort: hyphen and apostrophe are passed over, and decide only between texts that are
+// otherwise equal: "co-op" and "coop" sort next to each other, both before "cop".
+int CompareWordSort(std::string_view a, std::string_view b);
+
+// String sort: hyphen and apostrophe are symbols like other punctuation, before digits and letters.
+int CompareStringSort(std::string_view a, std::string_view b);
+
+// Word sort that ignores case; accents still count.
+int CompareWordSortNoCase(std::string_view a, std::string_view b);
+
+// Drops the cached collators, so that the next comparison reads the environment again. For tests.
+void ResetCollation();
+
+}  // namespace verdal::platform
