@@ -104,6 +104,42 @@ typedef struct VerdalDBProperties {
   char password[260];
 } VerdalDBProperties;
 
+/* A field definition as it crosses the interface. Numbers that the engine holds as 80-bit values
+ * travel as doubles. String pointers handed out stay valid until the next change of the field;
+ * null strings handed in count as empty. */
+typedef struct TDBFieldParams {
+  int16_t dataType; /* 0 text, 1 number, 2 yes/no, 3 binary, 4 date and time, 5 date, 6 time, 7 link */
+  int16_t sqlType;  /* ODBC type code, 0 for automatic */
+  uint32_t extendedType;
+  int32_t maxChars;
+  int16_t decimals;
+  double minValue;
+  double maxValue;
+  uint8_t hasMin;
+  uint8_t hasMax;
+  uint8_t isCounter;
+  uint8_t hostFlag1;
+  double startValue;
+  double counterValue;
+  uint8_t hostFlag2;
+  uint8_t allowEmpty;
+  uint8_t allowDuplicates;
+  uint8_t readOnly;
+  uint8_t hiddenInLists;
+  uint8_t hiddenInSort;
+  uint8_t hiddenField;
+  uint8_t lookInOwnFolder; /* a link field's database is looked for beside this one first */
+  const char* format;
+  const char* initValue;
+  const char* hostText1;
+  const char* errorText;
+  const char* linkDatabase;
+  const char* linkField;
+  const char* name;
+  const char* displayName;
+  const char* hostText2;
+} TDBFieldParams;
+
 /* Local time as the engine stores it. Day of week 0 is Sunday. */
 typedef struct VerdalLocalTime {
   uint16_t year, month, dayOfWeek, day, hour, minute, second, millisecond;
@@ -115,10 +151,12 @@ typedef struct VerdalLocalTime {
 static_assert(sizeof(VerdalNotification) == 40, "notification record is 40 bytes");
 static_assert(sizeof(VerdalDBProperties) == 528, "properties record is 528 bytes");
 static_assert(sizeof(VerdalLocalTime) == 16, "local time is 16 bytes");
+static_assert(sizeof(TDBFieldParams) == 58 + 9 * sizeof(void*), "field record: 130 bytes on 64-bit");
 #else
 _Static_assert(sizeof(VerdalNotification) == 40, "notification record is 40 bytes");
 _Static_assert(sizeof(VerdalDBProperties) == 528, "properties record is 528 bytes");
 _Static_assert(sizeof(VerdalLocalTime) == 16, "local time is 16 bytes");
+_Static_assert(sizeof(TDBFieldParams) == 58 + 9 * sizeof(void*), "field record: 130 bytes on 64-bit");
 #endif
 
 /* The answer is the low byte of the result: nonzero allows, zero vetoes (reasons 1 and 3). */
@@ -150,7 +188,45 @@ VERDAL_API int32_t VERDAL_GetDBProperties(VerdalHandle db, VerdalDBProperties* p
 /* identifier needs 37 bytes. */
 VERDAL_API int32_t VERDAL_GetDBIdentifier(VerdalHandle db, char* identifier);
 
+/* Fields. */
+VERDAL_API int32_t VERDAL_GetFieldSize(VerdalHandle db);
+/* Null for a bad handle or index; the last error is left alone. */
+VERDAL_API const char* VERDAL_GetFieldName(VerdalHandle db, int32_t index);
+VERDAL_API int32_t VERDAL_GetFieldIndex(VerdalHandle db, const char* name);
+/* linked may be null; for a field that is not a link it receives a copy of info. */
+VERDAL_API int32_t VERDAL_GetFieldInfo(VerdalHandle db, int32_t index, TDBFieldParams* info,
+                                       TDBFieldParams* linked);
+/* Adds a field at the end and gives its index. A name that exists already is refused with -2 when
+ * refuseExisting is set; otherwise that field moves to index (-1: the last place) and takes the
+ * record's data type. -3 for a name holding '|', '\', '{' or '}'. -1 for a bad handle (last
+ * error untouched), and -1 with code 11 for a null record or name, or a full field list. */
+VERDAL_API int32_t VERDAL_AddField(VerdalHandle db, const TDBFieldParams* field, int32_t index,
+                                   int32_t refuseExisting);
+VERDAL_API int32_t VERDAL_HasSameDataFields(VerdalHandle first, VerdalHandle second, int32_t sameOrder);
+
+/* Values. */
+VERDAL_API const char* VERDAL_ConvertData(VerdalHandle db, int32_t fieldIndex, const char* text,
+                                          int32_t toInternal, int32_t useWords, int32_t validate);
+VERDAL_API int32_t VERDAL_Compare(VerdalHandle db, int32_t firstCursor, int32_t secondCursor,
+                                  int32_t fieldIndex, int32_t stringSort, int32_t reverse,
+                                  int32_t* result);
+
 /* Records and categories. Cursors name nodes; the VERDAL_CURSOR_ values are pseudo cursors. */
+VERDAL_API int32_t VERDAL_AddRecord(VerdalHandle db, int32_t parent, const char* title,
+                                    int32_t temporary, const char* firstValue, int32_t firstField,
+                                    int32_t unused, VerdalWindow window);
+VERDAL_API int32_t VERDAL_DuplicateRecord(VerdalHandle db, int32_t source, int32_t parent,
+                                          const char* title);
+/* errorText, where given, receives at most 1023 characters and a terminator. */
+VERDAL_API int32_t VERDAL_SetData(VerdalHandle db, int32_t fieldIndex, const char* value,
+                                  int32_t cursor, int32_t validate, char* errorText,
+                                  VerdalWindow window);
+/* The stored text (raw) or the text a user sees; valid until the next such call. */
+VERDAL_API const char* VERDAL_GetData(VerdalHandle db, int32_t fieldIndex, int32_t cursor,
+                                      int32_t raw, int32_t useWords);
+VERDAL_API int32_t VERDAL_HasDataMember(VerdalHandle db, int32_t fieldIndex, const char* value,
+                                        int32_t asStored, int32_t searchCategories,
+                                        int32_t* cursorOut, int32_t skipCursor);
 VERDAL_API int32_t VERDAL_AddCategory(VerdalHandle db, int32_t parent, const char* name);
 VERDAL_API int32_t VERDAL_DeleteRecord(VerdalHandle db, int32_t cursor, int32_t flags, int32_t notify,
                                        VerdalWindow parent, int32_t renumber);

@@ -19,8 +19,7 @@ using namespace model;
 namespace {
 
 // The parent of a new node: its place, or null with the code set. -1 stands for the top level.
-TDBCategoryData* ParentPlace(NodeStore& store, int32_t parentCursor) {
-  int32_t resolved = ResolveCursor(store, parentCursor);
+TDBCategoryData* ParentPlace(NodeStore& store, int32_t resolved) {
   TDBCategoryData* parent = LookupPlace(store, resolved == -1 ? -2 : resolved);
   if (parent == nullptr) {
     SetLastError(6);
@@ -58,11 +57,88 @@ int32_t StillThere(NodeStore& store, int32_t cursor) {
   return ResolveCursor(store, kCursorFirst);
 }
 
+// Makes the place of a new record under parent, asks the linked table for a row, and attaches it.
+// Null (code 18) when the table refused: then nothing of the record remains.
+TDBCategoryData* PlaceNewRecord(TDBManager& db, const TDBCategoryData& parent, TDBDataRecord* data,
+                                bool temporary, VerdalWindow window) {
+  NodeStore& store = db.store;
+  int32_t categoryId = parent.IsRootPlace() ? -1 : parent.categoryId;
+  TDBCategoryData* place = CreatePlace(store, categoryId, data->id, false, temporary);
+  if (!InsertLinkedRow(db, *data, window)) {
+    store.places.Erase(place->cursor);
+    store.data.Erase(data->id);
+    SetLastError(18);
+    return nullptr;
+  }
+  AttachPlaces(store, {place}, true);
+  store.currentCursor = place->cursor;
+  db.MarkDirty();
+  NotifyChange(&db, place->cursor, 6, -10, 0, 0);
+  NotifyChange(&db, place->cursor, 2, -10, 0, 0);
+  return place;
+}
+
 }  // namespace
+
+int32_t AddRecord(TDBManager& db, int32_t parentCursor, const char* title, bool temporary,
+                  const char* firstValue, int32_t firstField, VerdalWindow window) {
+  NodeStore& store = db.store;
+  int32_t resolvedParent = ResolveCursor(store, parentCursor);
+  if (!NotifyChange(&db, store.currentCursor, 1, -10, 0, 0)) {
+    SetLastError(8);
+    return -1;
+  }
+  TDBCategoryData* parent = ParentPlace(store, resolvedParent);
+  if (parent == nullptr) return -1;
+  // Checked before anything is made, so that a refused record takes no counter number.
+  TDBFieldInfo* field = nullptr;
+  if (firstValue != nullptr && firstField != -1) {
+    if (firstField < 0 || static_cast<size_t>(firstField) >= store.fields.size()) {
+      SetLastError(2);
+      return -1;
+    }
+    field = store.fields[static_cast<size_t>(firstField)].get();
+  }
+  TDBDataRecord* data = CreateDataRecord(store, title != nullptr ? title : "", -1);
+  data->temporary = temporary;
+  if (field != nullptr && field->position >= 0 && static_cast<size_t>(field->position) < data->values.size()) {
+    std::string converted;
+    field->type.ToInternal(firstValue, converted, true, nullptr);
+    data->values[static_cast<size_t>(field->position)] = std::move(converted);
+  }
+  TDBCategoryData* place = PlaceNewRecord(db, *parent, data, temporary, window);
+  return place != nullptr ? place->cursor : -1;
+}
+
+int32_t DuplicateRecord(TDBManager& db, int32_t sourceCursor, int32_t parentCursor, const char* title) {
+  NodeStore& store = db.store;
+  if (!NotifyChange(&db, store.currentCursor, 1, -10, 0, 0)) {
+    SetLastError(8);
+    return -1;
+  }
+  int32_t source = ResolveCursor(store, sourceCursor);
+  TDBCategoryData* sourcePlace = source == -1 ? nullptr : LookupPlace(store, source);
+  TDBDataRecord* sourceData = sourcePlace != nullptr ? store.data.Find(sourcePlace->dataId) : nullptr;
+  if (sourceData == nullptr) {
+    SetLastError(5);
+    return -1;
+  }
+  TDBCategoryData* parent = ParentPlace(store, ResolveCursor(store, parentCursor));
+  if (parent == nullptr) return -1;
+  TDBDataRecord* data = CreateDataRecord(store, title != nullptr ? title : "", -1);
+  for (const auto& field : store.fields) {
+    if (field->type.isCounter || field->type.readOnly) continue;
+    size_t p = static_cast<size_t>(field->position);
+    if (field->position < 0 || p >= sourceData->values.size() || p >= data->values.size()) continue;
+    data->values[p] = sourceData->values[p];
+  }
+  TDBCategoryData* place = PlaceNewRecord(db, *parent, data, false, nullptr);
+  return place != nullptr ? place->cursor : -1;
+}
 
 int32_t AddCategory(TDBManager& db, int32_t parentCursor, const char* name) {
   NodeStore& store = db.store;
-  TDBCategoryData* parent = ParentPlace(store, parentCursor);
+  TDBCategoryData* parent = ParentPlace(store, ResolveCursor(store, parentCursor));
   if (parent == nullptr) return -1;
 
   auto rec = std::make_unique<TDBCategoryRecord>();

@@ -82,6 +82,12 @@ std::string* FieldValueOf(NodeStore& store, const TDBCategoryData* place, int32_
 TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int32_t externalRow) {
   auto record = std::make_unique<TDBDataRecord>();
   record->values.resize(store.fields.size());
+  // Each field gives its value for a new record: the next counter number, or its initial value.
+  for (auto& field : store.fields) {
+    std::string value = field->type.NewRecordValue();
+    if (field->position >= 0 && static_cast<size_t>(field->position) < record->values.size())
+      record->values[static_cast<size_t>(field->position)] = std::move(value);
+  }
   record->id = store.nextDataId++;
   record->title = title;
   record->externalRow = externalRow;

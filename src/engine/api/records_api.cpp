@@ -139,3 +139,23 @@ VERDAL_API int32_t VERDAL_SetInternalData(VerdalHandle handle, int32_t cursor,
 }
 
 }  // extern "C"
+
+extern "C" {
+
+VERDAL_API int32_t VERDAL_AddRecord(VerdalHandle handle, int32_t parent, const char* title,
+                                    int32_t temporary, const char* firstValue, int32_t firstField,
+                                    int32_t /*unused*/, VerdalWindow window) {
+  return api::WithDatabase("VERDAL_AddRecord", handle, -1, Judge::kLastError, [&](TDBManager& db) {
+    return engine::AddRecord(db, parent, title, temporary != 0, firstValue, firstField, window);
+  });
+}
+
+VERDAL_API int32_t VERDAL_DuplicateRecord(VerdalHandle handle, int32_t source, int32_t parent,
+                                          const char* title) {
+  // Traced under the name of VERDAL_AddRecord, whose path it follows.
+  return api::WithDatabase("VERDAL_AddRecord", handle, -1, Judge::kLastError, [&](TDBManager& db) {
+    return engine::DuplicateRecord(db, source, parent, title);
+  });
+}
+
+}  // extern "C"

@@ -1,0 +1,163 @@
+#include "engine/values.h"
+
+#include <cstring>
+
+#include "engine/db_manager.h"
+#include "engine/last_error.h"
+#include "engine/linked_table.h"
+#include "engine/notify.h"
+#include "model/cursor.h"
+#include "model/place_walk.h"
+#include "platform/clock.h"
+
+namespace verdal::engine {
+
+using namespace model;
+
+namespace {
+
+// Texts handed to the host stay valid until the next call of the same kind.
+std::string g_displayBuffer;
+std::string g_convertBuffer;
+
+constexpr size_t kErrorTextSize = 1024;
+
+TDBFieldInfo* FieldAt(NodeStore& store, int32_t index) {
+  if (index < 0 || static_cast<size_t>(index) >= store.fields.size()) return nullptr;
+  return store.fields[static_cast<size_t>(index)].get();
+}
+
+StoredForm ByFieldType(NodeStore& store) {
+  return [&store](int32_t fieldIndex, const std::string& value) {
+    std::string out;
+    store.fields[static_cast<size_t>(fieldIndex)]->type.ToInternal(value, out, false, nullptr);
+    return out;
+  };
+}
+
+void CopyErrorText(char* target, const std::string& text) {
+  if (target == nullptr) return;
+  size_t n = text.size() < kErrorTextSize - 1 ? text.size() : kErrorTextSize - 1;
+  std::memcpy(target, text.data(), n);
+  target[n] = '\0';
+}
+
+}  // namespace
+
+int32_t SetData(TDBManager& db, int32_t fieldIndex, const char* value, int32_t cursor,
+                bool validate, char* errorText, VerdalWindow window) {
+  NodeStore& store = db.store;
+  int32_t resolved = ResolveCursor(store, cursor);
+  TDBCategoryData* place = resolved == -1 ? nullptr : LookupPlace(store, resolved);
+  if (place == nullptr || place->IsRootPlace()) {
+    SetLastError(5);
+    return 0;
+  }
+  TDBFieldInfo* field = FieldAt(store, fieldIndex);
+  if (field == nullptr) {
+    SetLastError(2);
+    return 0;
+  }
+  if (field->type.isCounter || field->type.readOnly) {
+    SetLastError(9);
+    return 0;
+  }
+  TDBDataRecord* data = store.data.Find(place->dataId);
+  if (data == nullptr || field->position < 0 || static_cast<size_t>(field->position) >= data->values.size()) {
+    SetLastError(10);
+    return 0;
+  }
+  const char* text = value != nullptr ? value : "";
+  if (validate && !field->type.allowDuplicates &&
+      FindByValue(store, fieldIndex, text, false, true, resolved, ByFieldType(store)) >= 0) {
+    SetLastError(11);
+    return 0;
+  }
+  std::string converted;
+  std::string error;
+  if (!field->type.ToInternal(text, converted, validate, &error)) {
+    CopyErrorText(errorText, error);
+    SetLastError(11);
+    return 0;
+  }
+  if (!UpdateLinkedField(db, *data, fieldIndex, converted, window)) {
+    SetLastError(24);
+    return 0;
+  }
+  data->values[static_cast<size_t>(field->position)] = std::move(converted);
+  data->changed = platform::NowLocal();
+  data->modified = 1;
+  data->temporary = false;
+  place->temporary = false;
+  db.MarkDirty();
+  NotifyChange(&db, resolved, 8, fieldIndex, 0, 0);
+  return 1;
+}
+
+const char* GetData(TDBManager& db, int32_t fieldIndex, int32_t cursor, bool raw, bool useWords) {
+  NodeStore& store = db.store;
+  int32_t resolved = ResolveCursor(store, cursor);
+  if (resolved == -1) {
+    SetLastError(5);
+    return nullptr;
+  }
+  TDBFieldInfo* field = FieldAt(store, fieldIndex);
+  if (field == nullptr) {
+    SetLastError(2);
+    return nullptr;
+  }
+  std::string* stored = FieldValue(store, resolved, fieldIndex);
+  if (stored == nullptr) {
+    SetLastError(5);
+    return nullptr;
+  }
+  if (raw) return stored->c_str();
+  field->type.CreateDisplayString(*stored, g_displayBuffer, useWords, false, nullptr);
+  return g_displayBuffer.c_str();
+}
+
+int32_t HasDataMember(TDBManager& db, int32_t fieldIndex, const char* value, bool asStored,
+                      bool searchCategories, int32_t* cursorOut, int32_t skipCursor) {
+  if (cursorOut != nullptr) *cursorOut = -1;
+  int32_t found = FindByValue(db.store, fieldIndex, value, asStored, searchCategories, skipCursor,
+                              ByFieldType(db.store));
+  if (found < 0) return 0;
+  if (cursorOut != nullptr) *cursorOut = found;
+  return 1;
+}
+
+const char* ConvertData(TDBManager& db, int32_t fieldIndex, const char* text, bool toInternal,
+                        bool useWords, bool validate) {
+  TDBFieldInfo* field = FieldAt(db.store, fieldIndex);
+  if (field == nullptr) {
+    SetLastError(2);
+    return nullptr;
+  }
+  g_convertBuffer = text != nullptr ? text : "";
+  if (toInternal)
+    field->type.ToInternal(g_convertBuffer, g_convertBuffer, validate, nullptr);
+  else
+    field->type.CreateDisplayString(g_convertBuffer, g_convertBuffer, useWords, false, nullptr);
+  return g_convertBuffer.c_str();
+}
+
+int32_t CompareValues(TDBManager& db, int32_t first, int32_t second, int32_t fieldIndex,
+                      bool stringSort, bool reverse, int32_t* result) {
+  NodeStore& store = db.store;
+  TDBFieldInfo* field = FieldAt(store, fieldIndex);
+  if (field == nullptr) {
+    SetLastError(2);
+    return 0;
+  }
+  const std::string* a = FieldValue(store, first, fieldIndex);
+  const std::string* b = FieldValue(store, second, fieldIndex);
+  if (a == nullptr || b == nullptr) {
+    SetLastError(10);
+    return 0;
+  }
+  int order = field->type.Compare(*a, *b, false, stringSort, true, nullptr, nullptr);
+  if (result != nullptr) *result = reverse ? -order : order;
+  return 1;
+}
+
+}  // namespace verdal::engine
