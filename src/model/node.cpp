@@ -53,8 +53,7 @@ int32_t AddChild(TDBNode* parent, TDBNode* child, int32_t position, bool live) {
     else
       kids.insert(kids.begin() + static_cast<std::ptrdiff_t>(index), child);
   }
-  if (live && child->owner != nullptr)
-    child->owner->NumberAfterInsert(child, static_cast<int32_t>(index));
+  if (live && child->owner != nullptr) child->owner->NoteChange(child, static_cast<int32_t>(index));
   return static_cast<int32_t>(index);
 }
 
@@ -81,6 +80,7 @@ bool Unlink(TDBNode* node) {
   if (node == nullptr || node->parent == nullptr) return false;
   TDBNode* parent = node->parent;
   int32_t index = parent->IndexOf(node);
+  if (node->owner != nullptr) node->owner->NoteChange(node, index);
   if (index >= 0) parent->children->erase(parent->children->begin() + index);
   if (node->previous != nullptr) node->previous->next = node->next;
   if (node->next != nullptr) node->next->previous = node->previous;

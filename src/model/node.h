@@ -65,7 +65,8 @@ struct TDBNode {
 // Puts child under parent at position (-1 appends; a position past the end is padded with null
 // slots; an occupied slot shifts later entries up). Returns the index, or -1 if parent is child,
 // child is null, or parent is a record. With live set, depths below the child are recomputed and
-// the view is renumbered. The caller links the siblings afterwards (LinkSiblings).
+// the view notes that its numbers need renewing. The caller links the siblings afterwards
+// (LinkSiblings).
 int32_t AddChild(TDBNode* parent, TDBNode* child, int32_t position, bool live);
 
 // Points the child at the nearest non-null slots on either side, and them at it.

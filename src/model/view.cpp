@@ -103,30 +103,34 @@ void TDBNodeManagerItem::NumberChildrenFrom(TDBNode* parent, size_t firstIndex, 
 }
 
 void TDBNodeManagerItem::Number() {
+  staleFrom_ = -1;
   Counters c;
   if (Enters(&root)) NumberChildrenFrom(&root, 0, c);
 }
 
-void TDBNodeManagerItem::NumberAfterInsert(TDBNode* changed, int32_t indexInParent) {
-  if (!Enters(&root) || !root.children) return;
-  // The top-level branch that holds the change, and its index among the root's children.
-  TDBNode* top = changed;
+void TDBNodeManagerItem::NoteChange(const TDBNode* changed, int32_t indexInParent) {
+  const TDBNode* top = changed;
   while (top != nullptr && top->parent != &root) top = top->parent;
   if (top == nullptr) return;  // not under this root: nothing visible changed
   int32_t topIndex = top == changed ? indexInParent : root.IndexOf(top);
-  if (topIndex < 0) return Number();
-  const std::vector<TDBNode*>& kids = *root.children;
-  int32_t before = topIndex - 1;
-  while (before >= 0 && kids[static_cast<size_t>(before)] == nullptr) --before;
-  if (before < 0) return Number();
-  TDBNode* prev = kids[static_cast<size_t>(before)];
-  if (prev->rowNumber < 0 || prev->removeFlag != 0) return Number();
-  // The counters as they stood before the previous branch's own node was counted.
+  int32_t from = topIndex > 0 ? topIndex - 1 : 0;
+  if (staleFrom_ < 0 || from < staleFrom_) staleFrom_ = from;
+}
+
+void TDBNodeManagerItem::EnsureNumbered() {
+  if (staleFrom_ < 0) return;
+  int32_t from = staleFrom_;
+  const std::vector<TDBNode*>* kids = root.children.get();
+  TDBNode* prev = kids != nullptr && static_cast<size_t>(from) < kids->size() ? (*kids)[static_cast<size_t>(from)] : nullptr;
+  if (from == 0 || prev == nullptr || prev->rowNumber < 0 || prev->removeFlag != 0 || !Enters(&root))
+    return Number();
+  // The counters as they stood before that branch's own node was counted.
   Counters c;
   c.record = prev->recordNumber - (prev->isCategory ? 0 : 1);
   c.category = prev->categoryNumber - (prev->isCategory ? 1 : 0);
   c.row = prev->rowNumber - 1;
-  NumberChildrenFrom(&root, static_cast<size_t>(before), c);
+  staleFrom_ = -1;
+  NumberChildrenFrom(&root, static_cast<size_t>(from), c);
 }
 
 void TDBNodeManagerItem::SetDepths() {
@@ -145,6 +149,7 @@ void TDBNodeManagerItem::Clear() {
   categoryTree.clear();
   nodes.clear();
   padBudget = kBasePadding;
+  staleFrom_ = -1;
 }
 
 }  // namespace verdal::model

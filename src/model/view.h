@@ -39,9 +39,12 @@ struct TDBNodeManagerItem {
   void Compact(bool setPositions);
   // Numbers the visible nodes depth-first from counters at -1, dropping removed nodes.
   void Number();
-  // The same numbers as Number() after one node was inserted under a numbered tree, starting at
-  // the top-level branch before the changed one where there is such a branch.
-  void NumberAfterInsert(TDBNode* changed, int32_t indexInParent);
+  // A node was inserted or taken out under a numbered tree. Numbers are renewed lazily: from the
+  // top-level branch before the earliest changed one, carrying that branch's own numbers, the
+  // next time they are needed. Adding many records costs no walk per record.
+  void NoteChange(const TDBNode* changed, int32_t indexInParent);
+  // Renews the numbers after changes; they then equal those of Number().
+  void EnsureNumbered();
   void SetDepths();
   // Compaction, numbering and depths.
   void Renumber(bool setPositions);
@@ -57,6 +60,7 @@ struct TDBNodeManagerItem {
 
   static constexpr size_t kBasePadding = 1024;
   size_t padBudget = kBasePadding;
+  int32_t staleFrom_ = -1;  // first top-level branch to renumber from; -1 when numbers are current
 };
 
 }  // namespace verdal::model
