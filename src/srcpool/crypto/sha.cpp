@@ -1,5 +1,11 @@
 #include "srcpool/crypto/sha.h"
 
+#if defined(__x86_64__) || defined(__i386__)
+#include <cpuid.h>
+#include <immintrin.h>
+#define VERDAL_SHA_EXTENSIONS 1
+#endif
+
 #include <cstring>
 #include <stdexcept>
 #include <string>
@@ -75,28 +81,19 @@ void Sha1Blocks(uint32_t* h, const uint8_t* data, uint64_t blocks) {
     for (int t = 0; t < 16; ++t) w[t] = LoadBE32(data + 4 * t);
     for (int t = 16; t < 80; ++t) w[t] = Rotl32(w[t - 3] ^ w[t - 8] ^ w[t - 14] ^ w[t - 16], 1);
     uint32_t a = h[0], b = h[1], c = h[2], d = h[3], e = h[4];
-    for (int t = 0; t < 80; ++t) {
-      uint32_t f, k;
-      if (t < 20) {
-        f = (b & c) | (~b & d);
-        k = 0x5a827999;
-      } else if (t < 40) {
-        f = b ^ c ^ d;
-        k = 0x6ed9eba1;
-      } else if (t < 60) {
-        f = (b & c) | (b & d) | (c & d);
-        k = 0x8f1bbcdc;
-      } else {
-        f = b ^ c ^ d;
-        k = 0xca62c1d6;
-      }
-      const uint32_t temp = Rotl32(a, 5) + f + e + k + w[t];
+    // Four stretches of 20 rounds, each with its own function and constant.
+    auto step = [&](uint32_t f, uint32_t k, uint32_t word) {
+      const uint32_t temp = Rotl32(a, 5) + f + e + k + word;
       e = d;
       d = c;
       c = Rotl32(b, 30);
       b = a;
       a = temp;
-    }
+    };
+    for (int t = 0; t < 20; ++t) step((b & c) | (~b & d), 0x5a827999, w[t]);
+    for (int t = 20; t < 40; ++t) step(b ^ c ^ d, 0x6ed9eba1, w[t]);
+    for (int t = 40; t < 60; ++t) step((b & c) | (b & d) | (c & d), 0x8f1bbcdc, w[t]);
+    for (int t = 60; t < 80; ++t) step(b ^ c ^ d, 0xca62c1d6, w[t]);
     h[0] += a;
     h[1] += b;
     h[2] += c;
@@ -139,6 +136,69 @@ void Sha256BlocksPortable(uint32_t* h, const uint8_t* data, uint64_t blocks) {
     h[6] += g;
     h[7] += hh;
   }
+}
+
+#ifdef VERDAL_SHA_EXTENSIONS
+// SHA-256 on the processor's SHA extensions. The state lives in two registers as ABEF and CDGH;
+// each sha256rnds2 runs two rounds, and msg1/msg2 extend the message four words at a time.
+__attribute__((target("sha,sse4.1,ssse3"))) void Sha256BlocksHardware(uint32_t* h,
+                                                                       const uint8_t* data,
+                                                                       uint64_t blocks) {
+  const __m128i byteSwap = _mm_set_epi64x(0x0c0d0e0f08090a0bLL, 0x0405060700010203LL);
+  const __m128i dcba = _mm_shuffle_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(h)), 0xb1);
+  const __m128i efgh = _mm_shuffle_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(h + 4)), 0x1b);
+  __m128i abef = _mm_alignr_epi8(dcba, efgh, 8);
+  __m128i cdgh = _mm_blend_epi16(efgh, dcba, 0xf0);
+
+  for (; blocks > 0; --blocks, data += 64) {
+    const __m128i abefStart = abef, cdghStart = cdgh;
+    __m128i w[4];  // words 4i .. 4i+3 of the schedule, in a ring of four groups
+    for (int i = 0; i < 4; ++i)
+      w[i] = _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(data + 16 * i)), byteSwap);
+#pragma GCC unroll 16
+    for (int i = 0; i < 16; ++i) {
+      __m128i m = _mm_add_epi32(w[i & 3], _mm_loadu_si128(reinterpret_cast<const __m128i*>(K256 + 4 * i)));
+      cdgh = _mm_sha256rnds2_epu32(cdgh, abef, m);
+      abef = _mm_sha256rnds2_epu32(abef, cdgh, _mm_shuffle_epi32(m, 0x0e));
+      if (i < 12) {
+        // Group i + 4 from groups i .. i + 3: W[t-16] + s0(W[t-15]) + W[t-7] + s1(W[t-2]).
+        __m128i next = _mm_sha256msg1_epu32(w[i & 3], w[(i + 1) & 3]);
+        next = _mm_add_epi32(next, _mm_alignr_epi8(w[(i + 3) & 3], w[(i + 2) & 3], 4));
+        w[i & 3] = _mm_sha256msg2_epu32(next, w[(i + 3) & 3]);
+      }
+    }
+    abef = _mm_add_epi32(abef, abefStart);
+    cdgh = _mm_add_epi32(cdgh, cdghStart);
+  }
+
+  const __m128i feba = _mm_shuffle_epi32(abef, 0x1b);
+  const __m128i dchg = _mm_shuffle_epi32(cdgh, 0xb1);
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(h), _mm_blend_epi16(feba, dchg, 0xf0));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(h + 4), _mm_alignr_epi8(dchg, feba, 8));
+}
+
+bool ShaExtensionsPresent() {
+  unsigned a, b, c, d;
+  if (!__get_cpuid(1, &a, &b, &c, &d)) return false;
+  const bool ssse3 = c & (1u << 9), sse41 = c & (1u << 19);
+  if (!__get_cpuid_count(7, 0, &a, &b, &c, &d)) return false;
+  return ssse3 && sse41 && (b & (1u << 29));
+}
+
+#else
+bool ShaExtensionsPresent() { return false; }
+void Sha256BlocksHardware(uint32_t* h, const uint8_t* data, uint64_t blocks) {
+  Sha256BlocksPortable(h, data, blocks);
+}
+#endif
+
+bool useHardware = ShaExtensionsPresent();
+
+void Sha256Blocks(uint32_t* h, const uint8_t* data, uint64_t blocks) {
+  if (useHardware)
+    Sha256BlocksHardware(h, data, blocks);
+  else
+    Sha256BlocksPortable(h, data, blocks);
 }
 
 void Sha512Blocks(uint64_t* h, const uint8_t* data, uint64_t blocks) {
@@ -210,7 +270,7 @@ void CSHA::Reset() {
 void CSHA::Compress(const uint8_t* data, uint64_t blocks) {
   switch (method_) {
     case kSHA1: Sha1Blocks(state32_, data, blocks); break;
-    case kSHA256: Sha256BlocksPortable(state32_, data, blocks); break;
+    case kSHA256: Sha256Blocks(state32_, data, blocks); break;
     default: Sha512Blocks(state64_, data, blocks); break;
   }
 }
@@ -275,6 +335,11 @@ void CSHA::FinalDigest(uint8_t* output) {
     for (int32_t i = 0; i < length / 8; ++i) StoreBE64(output + 8 * i, state64_[i]);
   }
   Reset();
+}
+
+bool CSHA::UseHardware(bool use) {
+  useHardware = use && ShaExtensionsPresent();
+  return useHardware;
 }
 
 void CSHA::Hash(int32_t method, const void* data, int32_t count, uint8_t* output) {

@@ -46,6 +46,10 @@ class CSHA : public IMessageDigest {
   int32_t DigestLength() const;
   int32_t BlockSize() const { return method_ <= kSHA256 ? 64 : 128; }
 
+  // SHA-256 runs on the processor's SHA extensions where present. This switches between that and
+  // the portable code (for tests and measurements); returns whether the extensions are now used.
+  static bool UseHardware(bool use);
+
   // One-call form: the digest of `count` bytes.
   static void Hash(int32_t method, const void* data, int32_t count, uint8_t* output);
 
