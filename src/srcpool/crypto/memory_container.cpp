@@ -32,7 +32,8 @@ void EncryptMemory(const char* password, const uint8_t* source, int32_t sourceLe
                    std::vector<uint8_t>& target, int32_t& targetLength, int32_t& headerLength) {
   CRijndael cipher;
   SetPasswordKey(cipher, password);
-  if (sourceLength < 0 || sourceLength > INT32_MAX - kContainerHeaderLength - kBlock)
+  if (sourceLength < 0 || sourceLength > INT32_MAX - kContainerHeaderLength - kBlock ||
+      (source == nullptr && sourceLength > 0))
     throw std::runtime_error("Crypto: Error#6!");
   const int32_t padded = (sourceLength + kBlock - 1) / kBlock * kBlock;
   headerLength = kContainerHeaderLength;
