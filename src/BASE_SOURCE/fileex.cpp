@@ -76,12 +76,15 @@ void TFileEx::SeekToBegin() { SeekFrom(0, kFromBegin); }
 void TFileEx::SeekToEnd() { SeekFrom(0, kFromEnd); }
 int32_t TFileEx::Seek(int32_t position) { return SeekFrom(position, kFromBegin); }
 
-int32_t TFileEx::Read(void* buffer, int32_t count) {
-  if (count < 0 || !IsOpen()) throw TReadWriteException();
-  auto* p = static_cast<char*>(buffer);
+namespace {
+
+// Repeats the platform's transfer until the whole count has moved; anything less is a failure.
+template <typename Buffer, typename Transfer>
+int32_t TransferExactly(int fd, Buffer* buffer, int32_t count, Transfer transfer) {
+  if (count < 0 || fd < 0) throw TReadWriteException();
   int32_t done = 0;
   while (done < count) {
-    ssize_t n = ::read(fd_, p + done, static_cast<size_t>(count - done));
+    const ssize_t n = transfer(fd, buffer + done, static_cast<size_t>(count - done));
     if (n < 0 && errno == EINTR) continue;
     if (n <= 0) throw TReadWriteException();
     done += static_cast<int32_t>(n);
@@ -89,17 +92,14 @@ int32_t TFileEx::Read(void* buffer, int32_t count) {
   return count;
 }
 
+}  // namespace
+
+int32_t TFileEx::Read(void* buffer, int32_t count) {
+  return TransferExactly(fd_, static_cast<char*>(buffer), count, ::read);
+}
+
 int32_t TFileEx::Write(const void* buffer, int32_t count) {
-  if (count < 0 || !IsOpen()) throw TReadWriteException();
-  const auto* p = static_cast<const char*>(buffer);
-  int32_t done = 0;
-  while (done < count) {
-    ssize_t n = ::write(fd_, p + done, static_cast<size_t>(count - done));
-    if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) throw TReadWriteException();
-    done += static_cast<int32_t>(n);
-  }
-  return count;
+  return TransferExactly(fd_, static_cast<const char*>(buffer), count, ::write);
 }
 
 bool TFileEx::SetLength(int32_t length) {

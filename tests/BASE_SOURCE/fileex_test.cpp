@@ -72,8 +72,6 @@ TEST_F(TFileExTest, NoSharingExcludesOtherOpeners) {
   ASSERT_TRUE(other.Open(path_.c_str(), TFileEx::kRead));
   TFileEx exclusive;
   EXPECT_FALSE(exclusive.Open(path_.c_str(), TFileEx::kRead | TFileEx::kShareNone));
-  TFileEx shared(path_.c_str(), TFileEx::kRead);
-  EXPECT_TRUE(shared.IsOpen());
 }
 
 TEST_F(TFileExTest, RangeLocksExcludeOtherDescriptions) {

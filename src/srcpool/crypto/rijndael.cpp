@@ -83,53 +83,42 @@ struct Shift {
   static constexpr int c1 = 1, c2 = NB == 8 ? 3 : 2, c3 = NB == 8 ? 4 : 3;
 };
 
-template <int NB>
-void EncryptColumns(const uint32_t (*rk)[8], int rounds, const uint8_t* in, uint8_t* out) {
-  constexpr int c1 = Shift<NB>::c1, c2 = Shift<NB>::c2, c3 = Shift<NB>::c3;
+// The rounds of either direction for a block of NB columns. Row i of output column j comes from
+// column j + Ci: the forward shifts for encryption, NB minus them for decryption, which runs the
+// equivalent inverse cipher with the inverse tables and the inverse S-box.
+template <int NB, int C1, int C2, int C3>
+void Rounds(const uint32_t (&tab)[4][256], const uint8_t (&sub)[256], const uint32_t (*rk)[8],
+            int rounds, const uint8_t* in, uint8_t* out) {
   uint32_t a[NB], t[NB];
 #pragma GCC unroll 8
   for (int j = 0; j < NB; ++j) a[j] = LoadBE32(in + 4 * j) ^ rk[0][j];
   for (int r = 1; r < rounds; ++r) {
 #pragma GCC unroll 8
     for (int j = 0; j < NB; ++j)
-      t[j] = kT.te[0][a[j] >> 24] ^ kT.te[1][a[(j + c1) % NB] >> 16 & 0xff] ^
-             kT.te[2][a[(j + c2) % NB] >> 8 & 0xff] ^ kT.te[3][a[(j + c3) % NB] & 0xff] ^ rk[r][j];
+      t[j] = tab[0][a[j] >> 24] ^ tab[1][a[(j + C1) % NB] >> 16 & 0xff] ^
+             tab[2][a[(j + C2) % NB] >> 8 & 0xff] ^ tab[3][a[(j + C3) % NB] & 0xff] ^ rk[r][j];
 #pragma GCC unroll 8
     for (int j = 0; j < NB; ++j) a[j] = t[j];
   }
 #pragma GCC unroll 8
   for (int j = 0; j < NB; ++j) {
-    const uint32_t w = uint32_t{kT.sbox[a[j] >> 24]} << 24 |
-                       uint32_t{kT.sbox[a[(j + c1) % NB] >> 16 & 0xff]} << 16 |
-                       uint32_t{kT.sbox[a[(j + c2) % NB] >> 8 & 0xff]} << 8 |
-                       kT.sbox[a[(j + c3) % NB] & 0xff];
+    const uint32_t w = uint32_t{sub[a[j] >> 24]} << 24 | uint32_t{sub[a[(j + C1) % NB] >> 16 & 0xff]} << 16 |
+                       uint32_t{sub[a[(j + C2) % NB] >> 8 & 0xff]} << 8 | sub[a[(j + C3) % NB] & 0xff];
     StoreBE32(out + 4 * j, w ^ rk[rounds][j]);
   }
 }
 
+// Row shifts: 1, 2, 3 for blocks of 4 and 6 columns, 1, 3, 4 for 8 columns.
+template <int NB>
+void EncryptColumns(const uint32_t (*rk)[8], int rounds, const uint8_t* in, uint8_t* out) {
+  constexpr int c2 = NB == 8 ? 3 : 2, c3 = NB == 8 ? 4 : 3;
+  Rounds<NB, 1, c2, c3>(kT.te, kT.sbox, rk, rounds, in, out);
+}
+
 template <int NB>
 void DecryptColumns(const uint32_t (*rk)[8], int rounds, const uint8_t* in, uint8_t* out) {
-  // The inverse row shift takes column j's row i from column j - c_i.
-  constexpr int c1 = NB - Shift<NB>::c1, c2 = NB - Shift<NB>::c2, c3 = NB - Shift<NB>::c3;
-  uint32_t a[NB], t[NB];
-#pragma GCC unroll 8
-  for (int j = 0; j < NB; ++j) a[j] = LoadBE32(in + 4 * j) ^ rk[0][j];
-  for (int r = 1; r < rounds; ++r) {
-#pragma GCC unroll 8
-    for (int j = 0; j < NB; ++j)
-      t[j] = kT.td[0][a[j] >> 24] ^ kT.td[1][a[(j + c1) % NB] >> 16 & 0xff] ^
-             kT.td[2][a[(j + c2) % NB] >> 8 & 0xff] ^ kT.td[3][a[(j + c3) % NB] & 0xff] ^ rk[r][j];
-#pragma GCC unroll 8
-    for (int j = 0; j < NB; ++j) a[j] = t[j];
-  }
-#pragma GCC unroll 8
-  for (int j = 0; j < NB; ++j) {
-    const uint32_t w = uint32_t{kT.inverse[a[j] >> 24]} << 24 |
-                       uint32_t{kT.inverse[a[(j + c1) % NB] >> 16 & 0xff]} << 16 |
-                       uint32_t{kT.inverse[a[(j + c2) % NB] >> 8 & 0xff]} << 8 |
-                       kT.inverse[a[(j + c3) % NB] & 0xff];
-    StoreBE32(out + 4 * j, w ^ rk[rounds][j]);
-  }
+  constexpr int c2 = NB == 8 ? 3 : 2, c3 = NB == 8 ? 4 : 3;
+  Rounds<NB, NB - 1, NB - c2, NB - c3>(kT.td, kT.inverse, rk, rounds, in, out);
 }
 
 bool ValidSize(int32_t size) { return size == 16 || size == 24 || size == 32; }

@@ -56,9 +56,7 @@ constexpr uint64_t K512[80] = {
     0x28db77f523047d84, 0x32caab7b40c72493, 0x3c9ebe0a15c9bebc, 0x431d67c49c100d4c,
     0x4cc5d4becb3e42b6, 0x597f299cfc657e2a, 0x5fcb6fab3ad6faec, 0x6c44198c4a475817};
 
-inline uint32_t Rotr32(uint32_t x, int n) { return (x >> n) | (x << (32 - n)); }
 inline uint32_t Rotl32(uint32_t x, int n) { return (x << n) | (x >> (32 - n)); }
-inline uint64_t Rotr64(uint64_t x, int n) { return (x >> n) | (x << (64 - n)); }
 
 inline uint32_t LoadBE32(const uint8_t* p) {
   return uint32_t{p[0]} << 24 | uint32_t{p[1]} << 16 | uint32_t{p[2]} << 8 | p[3];
@@ -102,40 +100,65 @@ void Sha1Blocks(uint32_t* h, const uint8_t* data, uint64_t blocks) {
   }
 }
 
-void Sha256BlocksPortable(uint32_t* h, const uint8_t* data, uint64_t blocks) {
-  for (; blocks > 0; --blocks, data += 64) {
-    uint32_t w[64];
-    for (int t = 0; t < 16; ++t) w[t] = LoadBE32(data + 4 * t);
-    for (int t = 16; t < 64; ++t) {
-      const uint32_t s0 = Rotr32(w[t - 15], 7) ^ Rotr32(w[t - 15], 18) ^ (w[t - 15] >> 3);
-      const uint32_t s1 = Rotr32(w[t - 2], 17) ^ Rotr32(w[t - 2], 19) ^ (w[t - 2] >> 10);
-      w[t] = w[t - 16] + s0 + w[t - 7] + s1;
+// SHA-256 and SHA-512 share one compression: only the word width, the round count, the round
+// constants and the rotation amounts differ.
+template <typename Word>
+struct Sha2Params;
+template <>
+struct Sha2Params<uint32_t> {
+  static constexpr int kRounds = 64;
+  static constexpr int kBig0[3] = {2, 13, 22}, kBig1[3] = {6, 11, 25};
+  static constexpr int kSmall0[3] = {7, 18, 3}, kSmall1[3] = {17, 19, 10};
+  static constexpr const uint32_t* kConstants = K256;
+};
+template <>
+struct Sha2Params<uint64_t> {
+  static constexpr int kRounds = 80;
+  static constexpr int kBig0[3] = {28, 34, 39}, kBig1[3] = {14, 18, 41};
+  static constexpr int kSmall0[3] = {1, 8, 7}, kSmall1[3] = {19, 61, 6};
+  static constexpr const uint64_t* kConstants = K512;
+};
+
+template <typename Word>
+inline Word Rotr(Word x, int n) {
+  return (x >> n) | (x << (8 * sizeof(Word) - n));
+}
+
+template <typename Word>
+void Sha2Blocks(Word* h, const uint8_t* data, uint64_t blocks) {
+  using P = Sha2Params<Word>;
+  auto big = [](Word x, const int (&r)[3]) { return Rotr(x, r[0]) ^ Rotr(x, r[1]) ^ Rotr(x, r[2]); };
+  auto small = [](Word x, const int (&r)[3]) { return Rotr(x, r[0]) ^ Rotr(x, r[1]) ^ (x >> r[2]); };
+  for (; blocks > 0; --blocks, data += 16 * sizeof(Word)) {
+    Word w[P::kRounds];
+    for (int t = 0; t < 16; ++t) {
+      if constexpr (sizeof(Word) == 4)
+        w[t] = LoadBE32(data + 4 * t);
+      else
+        w[t] = LoadBE64(data + 8 * t);
     }
-    uint32_t a = h[0], b = h[1], c = h[2], d = h[3], e = h[4], f = h[5], g = h[6], hh = h[7];
-    for (int t = 0; t < 64; ++t) {
-      const uint32_t s1 = Rotr32(e, 6) ^ Rotr32(e, 11) ^ Rotr32(e, 25);
-      const uint32_t ch = (e & f) ^ (~e & g);
-      const uint32_t t1 = hh + s1 + ch + K256[t] + w[t];
-      const uint32_t s0 = Rotr32(a, 2) ^ Rotr32(a, 13) ^ Rotr32(a, 22);
-      const uint32_t maj = (a & b) ^ (a & c) ^ (b & c);
-      hh = g;
+    for (int t = 16; t < P::kRounds; ++t)
+      w[t] = w[t - 16] + small(w[t - 15], P::kSmall0) + w[t - 7] + small(w[t - 2], P::kSmall1);
+    Word a = h[0], b = h[1], c = h[2], d = h[3], e = h[4], f = h[5], g = h[6], k = h[7];
+    for (int t = 0; t < P::kRounds; ++t) {
+      const Word t1 = k + big(e, P::kBig1) + ((e & f) ^ (~e & g)) + P::kConstants[t] + w[t];
+      const Word t2 = big(a, P::kBig0) + ((a & b) ^ (a & c) ^ (b & c));
+      k = g;
       g = f;
       f = e;
       e = d + t1;
       d = c;
       c = b;
       b = a;
-      a = t1 + s0 + maj;
+      a = t1 + t2;
     }
-    h[0] += a;
-    h[1] += b;
-    h[2] += c;
-    h[3] += d;
-    h[4] += e;
-    h[5] += f;
-    h[6] += g;
-    h[7] += hh;
+    const Word out[8] = {a, b, c, d, e, f, g, k};
+    for (int i = 0; i < 8; ++i) h[i] += out[i];
   }
+}
+
+void Sha256BlocksPortable(uint32_t* h, const uint8_t* data, uint64_t blocks) {
+  Sha2Blocks<uint32_t>(h, data, blocks);
 }
 
 #ifdef VERDAL_SHA_EXTENSIONS
@@ -201,42 +224,6 @@ void Sha256Blocks(uint32_t* h, const uint8_t* data, uint64_t blocks) {
     Sha256BlocksPortable(h, data, blocks);
 }
 
-void Sha512Blocks(uint64_t* h, const uint8_t* data, uint64_t blocks) {
-  for (; blocks > 0; --blocks, data += 128) {
-    uint64_t w[80];
-    for (int t = 0; t < 16; ++t) w[t] = LoadBE64(data + 8 * t);
-    for (int t = 16; t < 80; ++t) {
-      const uint64_t s0 = Rotr64(w[t - 15], 1) ^ Rotr64(w[t - 15], 8) ^ (w[t - 15] >> 7);
-      const uint64_t s1 = Rotr64(w[t - 2], 19) ^ Rotr64(w[t - 2], 61) ^ (w[t - 2] >> 6);
-      w[t] = w[t - 16] + s0 + w[t - 7] + s1;
-    }
-    uint64_t a = h[0], b = h[1], c = h[2], d = h[3], e = h[4], f = h[5], g = h[6], hh = h[7];
-    for (int t = 0; t < 80; ++t) {
-      const uint64_t s1 = Rotr64(e, 14) ^ Rotr64(e, 18) ^ Rotr64(e, 41);
-      const uint64_t ch = (e & f) ^ (~e & g);
-      const uint64_t t1 = hh + s1 + ch + K512[t] + w[t];
-      const uint64_t s0 = Rotr64(a, 28) ^ Rotr64(a, 34) ^ Rotr64(a, 39);
-      const uint64_t maj = (a & b) ^ (a & c) ^ (b & c);
-      hh = g;
-      g = f;
-      f = e;
-      e = d + t1;
-      d = c;
-      c = b;
-      b = a;
-      a = t1 + s0 + maj;
-    }
-    h[0] += a;
-    h[1] += b;
-    h[2] += c;
-    h[3] += d;
-    h[4] += e;
-    h[5] += f;
-    h[6] += g;
-    h[7] += hh;
-  }
-}
-
 }  // namespace
 
 CSHA::CSHA(int32_t method) : method_(method) {
@@ -271,7 +258,7 @@ void CSHA::Compress(const uint8_t* data, uint64_t blocks) {
   switch (method_) {
     case kSHA1: Sha1Blocks(state32_, data, blocks); break;
     case kSHA256: Sha256Blocks(state32_, data, blocks); break;
-    default: Sha512Blocks(state64_, data, blocks); break;
+    default: Sha2Blocks<uint64_t>(state64_, data, blocks); break;
   }
 }
 

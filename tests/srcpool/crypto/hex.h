@@ -1,7 +1,10 @@
 #pragma once
-// Hex text to bytes and back, for writing published test vectors as they are printed.
+// Helpers of the crypto tests: hex text to bytes and back, for writing published test vectors as
+// they are printed, and the text of the std::runtime_error that a call throws.
 
 #include <cstdint>
+#include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -22,6 +25,15 @@ inline std::string ToHex(const uint8_t* data, size_t count) {
     text += kDigits[data[i] & 15];
   }
   return text;
+}
+
+inline std::string ErrorText(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const std::runtime_error& e) {
+    return e.what();
+  }
+  return "no exception";
 }
 
 }  // namespace verdal::testing
