@@ -130,27 +130,33 @@ void Sha2Blocks(Word* h, const uint8_t* data, uint64_t blocks) {
   auto big = [](Word x, const int (&r)[3]) { return Rotr(x, r[0]) ^ Rotr(x, r[1]) ^ Rotr(x, r[2]); };
   auto small = [](Word x, const int (&r)[3]) { return Rotr(x, r[0]) ^ Rotr(x, r[1]) ^ (x >> r[2]); };
   for (; blocks > 0; --blocks, data += 16 * sizeof(Word)) {
-    Word w[P::kRounds];
+    // The schedule lives in a ring of 16 words, extended as the rounds consume it.
+    Word w[16];
     for (int t = 0; t < 16; ++t) {
       if constexpr (sizeof(Word) == 4)
         w[t] = LoadBE32(data + 4 * t);
       else
         w[t] = LoadBE64(data + 8 * t);
     }
-    for (int t = 16; t < P::kRounds; ++t)
-      w[t] = w[t - 16] + small(w[t - 15], P::kSmall0) + w[t - 7] + small(w[t - 2], P::kSmall1);
     Word a = h[0], b = h[1], c = h[2], d = h[3], e = h[4], f = h[5], g = h[6], k = h[7];
-    for (int t = 0; t < P::kRounds; ++t) {
-      const Word t1 = k + big(e, P::kBig1) + ((e & f) ^ (~e & g)) + P::kConstants[t] + w[t];
-      const Word t2 = big(a, P::kBig0) + ((a & b) ^ (a & c) ^ (b & c));
-      k = g;
-      g = f;
-      f = e;
-      e = d + t1;
-      d = c;
-      c = b;
-      b = a;
-      a = t1 + t2;
+    for (int base = 0; base < P::kRounds; base += 16) {
+      // Unrolled by sixteen: ring indices become constants and the rotation of the working
+      // variables becomes register renaming.
+#pragma GCC unroll 16
+      for (int i = 0; i < 16; ++i) {
+        if (base > 0)
+          w[i] += small(w[(i + 1) & 15], P::kSmall0) + w[(i + 9) & 15] + small(w[(i + 14) & 15], P::kSmall1);
+        const Word t1 = k + big(e, P::kBig1) + ((e & f) ^ (~e & g)) + P::kConstants[base + i] + w[i];
+        const Word t2 = big(a, P::kBig0) + ((a & b) ^ (a & c) ^ (b & c));
+        k = g;
+        g = f;
+        f = e;
+        e = d + t1;
+        d = c;
+        c = b;
+        b = a;
+        a = t1 + t2;
+      }
     }
     const Word out[8] = {a, b, c, d, e, f, g, k};
     for (int i = 0; i < 8; ++i) h[i] += out[i];
