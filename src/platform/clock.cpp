@@ -14,8 +14,14 @@ uint32_t TickCount() {
 LocalTime NowLocal() {
   timespec ts{};
   clock_gettime(CLOCK_REALTIME, &ts);
-  tm parts{};
-  localtime_r(&ts.tv_sec, &parts);
+  // Converting to local time is costly; within the same second only the milliseconds change.
+  static time_t lastSecond = -1;
+  static tm lastParts{};
+  if (ts.tv_sec != lastSecond) {
+    localtime_r(&ts.tv_sec, &lastParts);
+    lastSecond = ts.tv_sec;
+  }
+  const tm& parts = lastParts;
   LocalTime t{};
   t.year = static_cast<uint16_t>(parts.tm_year + 1900);
   t.month = static_cast<uint16_t>(parts.tm_mon + 1);
