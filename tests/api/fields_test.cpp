@@ -94,15 +94,17 @@ TEST_F(Fields, InfoCarriesEveryMemberBothWays) {
   EXPECT_EQ(out.extendedType, 4u);
   EXPECT_EQ(out.maxChars, 12);
   EXPECT_EQ(out.decimals, 3);
-  EXPECT_EQ(out.minValue, -1.5);
-  EXPECT_EQ(out.maxValue, 1e6);
+  EXPECT_EQ(double{out.minValue}, -1.5);  // packed members are copied, not bound
+  EXPECT_EQ(double{out.maxValue}, 1e6);
   EXPECT_EQ(out.hasMin + out.hasMax + out.hostFlag1 + out.hostFlag2, 4);
   EXPECT_EQ(out.allowEmpty + out.allowDuplicates, 0);
   EXPECT_EQ(out.hiddenInLists + out.hiddenInSort + out.hiddenField + out.lookInOwnFolder, 4);
-  for (auto [got, want] : {std::pair{out.format, "%d"}, {out.initValue, "7"}, {out.hostText1, "h1"},
-                           {out.errorText, "falsch"}, {out.linkDatabase, "andere.dbd"},
-                           {out.linkField, "Feld"}, {out.name, "Betrag"},
-                           {out.displayName, "Betrag in Euro"}, {out.hostText2, "h2"}})
+  using Text = const char*;  // copies of the packed pointers
+  for (auto [got, want] : {std::pair{Text{out.format}, "%d"}, {Text{out.initValue}, "7"},
+                           {Text{out.hostText1}, "h1"}, {Text{out.errorText}, "falsch"},
+                           {Text{out.linkDatabase}, "andere.dbd"}, {Text{out.linkField}, "Feld"},
+                           {Text{out.name}, "Betrag"}, {Text{out.displayName}, "Betrag in Euro"},
+                           {Text{out.hostText2}, "h2"}})
     EXPECT_STREQ(got, want);
   EXPECT_EQ(VERDAL_GetFieldInfo(db, 1, &out, nullptr), 0);
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_FIELD);
