@@ -44,8 +44,8 @@ int32_t Seek(TDBManager& db, int32_t cursor, int32_t count, bool wrap, bool desc
   NodeStore& store = db.store;
   int32_t at = ResolveCursor(store, cursor);
   if (at < 0 || count == 0) {
-    if (at < 0 && count > 0) at = ResolveCursor(store, kCursorFirst);
-    if (at < 0 && count < 0) at = ResolveCursor(store, kCursorLast);
+    if (at < 0 && count > 0) at = ResolveCursor(store, VERDAL_CURSOR_FIRST);
+    if (at < 0 && count < 0) at = ResolveCursor(store, VERDAL_CURSOR_LAST);
     if (at >= 0 && LookupPlace(store, at) == nullptr) {
       SetLastError(5);
       return -1;
@@ -88,10 +88,10 @@ int32_t MoveChild(TDBManager& db, int32_t cursor, int32_t target, int32_t kinds)
 
   bool toEnd = false;
   bool leaving = false;
-  if (target == kCursorNext || target == kCursorPrevious) {
-    bool up = target == kCursorPrevious;
-    int32_t first = ResolveCursor(store, kCursorFirst);
-    int32_t last = ResolveCursor(store, kCursorLast);
+  if (target == VERDAL_CURSOR_NEXT || target == VERDAL_CURSOR_PREVIOUS) {
+    bool up = target == VERDAL_CURSOR_PREVIOUS;
+    int32_t first = ResolveCursor(store, VERDAL_CURSOR_FIRST);
+    int32_t last = ResolveCursor(store, VERDAL_CURSOR_LAST);
     if (kinds != kKindBoth) {
       if (first >= 0 && !KindWanted(store, first, kinds)) first = StepOfKind(store, first, 1, false, true, kinds);
       if (last >= 0 && !KindWanted(store, last, kinds)) last = StepOfKind(store, last, -1, false, true, kinds);
@@ -104,7 +104,7 @@ int32_t MoveChild(TDBManager& db, int32_t cursor, int32_t target, int32_t kinds)
       if (found < 0 || found == source) return 0;
     } while (IsBelowOrSelf(NodeOf(store, LookupPlace(store, found)), sourceNode));
     if (startUp || endDown) {
-      target = kCursorRoot;
+      target = VERDAL_CURSOR_ROOT;
       toEnd = startUp || sourceNode->parent != &root;
     } else {
       target = found;

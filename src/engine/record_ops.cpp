@@ -54,7 +54,7 @@ bool RemovePlace(TDBManager& db, TDBCategoryData* place) {
 // then goes to the first node, as after a load.
 int32_t StillThere(NodeStore& store, int32_t cursor) {
   if (cursor < 0 || LookupPlace(store, cursor) != nullptr) return cursor;
-  return ResolveCursor(store, kCursorFirst);
+  return ResolveCursor(store, VERDAL_CURSOR_FIRST);
 }
 
 // Makes the place of a new record under parent, asks the linked table for a row, and attaches it.
@@ -189,7 +189,7 @@ int32_t DeleteRecord(TDBManager& db, int32_t cursor, int32_t flags, bool notify,
     if (keep) {
       bool wasOn = Switches().notify;
       Switches().notify = false;
-      MoveChild(db, c, kCursorRoot, kKindBoth);
+      MoveChild(db, c, VERDAL_CURSOR_ROOT, kKindBoth);
       Switches().notify = wasOn;
       moved = true;
       continue;

@@ -29,16 +29,16 @@ int32_t FirstSiblingCursor(NodeStore& store) {
 int32_t ResolveCursor(NodeStore& store, int32_t cursor) {
   if (cursor >= 0) return cursor;
   switch (cursor) {
-    case kCursorRoot: return kCursorRoot;
-    case kCursorFirst: {
+    case VERDAL_CURSOR_ROOT: return VERDAL_CURSOR_ROOT;
+    case VERDAL_CURSOR_FIRST: {
       TDBNode* first = store.MainView().root.FirstChild();
       return first != nullptr ? first->cursor : -1;
     }
-    case kCursorCurrent: return store.currentCursor;
-    case kCursorLast: return LastNodeCursor(store);
-    case kCursorFirstSibling: return FirstSiblingCursor(store);
-    case kCursorNext: return StepCursor(store, store.currentCursor, 1, true, true);
-    case kCursorPrevious: return StepCursor(store, store.currentCursor, -1, true, true);
+    case VERDAL_CURSOR_CURRENT: return store.currentCursor;
+    case VERDAL_CURSOR_LAST: return LastNodeCursor(store);
+    case VERDAL_CURSOR_FIRST_SIBLING: return FirstSiblingCursor(store);
+    case VERDAL_CURSOR_NEXT: return StepCursor(store, store.currentCursor, 1, true, true);
+    case VERDAL_CURSOR_PREVIOUS: return StepCursor(store, store.currentCursor, -1, true, true);
     default: return -1;
   }
 }

@@ -1,22 +1,12 @@
 #pragma once
-// Cursors name places: values from 0 up are place ids, -1 to -8 are pseudo cursors that resolve
-// against the main tree and the current cursor.
+// Cursors name places: values from 0 up are place ids, -1 to -8 are the pseudo cursors of the
+// interface (VERDAL_CURSOR_...), which resolve against the main tree and the current cursor.
 #include <cstdint>
 
 #include "model/node_store.h"
+#include "verdal.h"
 
 namespace verdal::model {
-
-enum PseudoCursor : int32_t {
-  kCursorNone = -1,
-  kCursorRoot = -2,
-  kCursorFirst = -3,
-  kCursorCurrent = -4,
-  kCursorLast = -5,
-  kCursorFirstSibling = -6,
-  kCursorNext = -7,
-  kCursorPrevious = -8,
-};
 
 // Turns a pseudo cursor into a real one (-1 when there is none); real cursors pass unchanged.
 int32_t ResolveCursor(NodeStore& store, int32_t cursor);

@@ -14,13 +14,13 @@ using Ints = std::vector<int32_t>;
 
 TEST(Cursor, PseudoCursorsOfAnEmptyDatabase) {
   StoreBuilder b;
-  EXPECT_EQ(ResolveCursor(b.store, kCursorFirst), -1);
-  EXPECT_EQ(ResolveCursor(b.store, kCursorLast), -1);
-  EXPECT_EQ(ResolveCursor(b.store, kCursorCurrent), -2);
-  EXPECT_EQ(ResolveCursor(b.store, kCursorFirstSibling), -1);
-  EXPECT_EQ(ResolveCursor(b.store, kCursorNext), -1);
-  EXPECT_EQ(ResolveCursor(b.store, kCursorRoot), -2);
-  EXPECT_EQ(ResolveCursor(b.store, kCursorNone), -1);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_FIRST), -1);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_LAST), -1);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_CURRENT), -2);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_FIRST_SIBLING), -1);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_NEXT), -1);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_ROOT), -2);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_NONE), -1);
   EXPECT_EQ(ResolveCursor(b.store, -9), -1);
   EXPECT_EQ(ResolveCursor(b.store, 17), 17);
   EXPECT_EQ(LookupPlace(b.store, -3), nullptr);
@@ -89,15 +89,15 @@ TEST_F(Walks, StepsForwardAndBackward) {
 }
 
 TEST_F(Walks, PseudoCursorsFollowTheCurrentCursor) {
-  EXPECT_EQ(ResolveCursor(b.store, kCursorFirst), A.cursor);
-  EXPECT_EQ(ResolveCursor(b.store, kCursorLast), r);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_FIRST), A.cursor);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_LAST), r);
   b.store.currentCursor = a2;
-  EXPECT_EQ(ResolveCursor(b.store, kCursorCurrent), a2);
-  EXPECT_EQ(ResolveCursor(b.store, kCursorFirstSibling), a1);
-  EXPECT_EQ(ResolveCursor(b.store, kCursorNext), B.cursor);
-  EXPECT_EQ(ResolveCursor(b.store, kCursorPrevious), a1);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_CURRENT), a2);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_FIRST_SIBLING), a1);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_NEXT), B.cursor);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_PREVIOUS), a1);
   b.store.currentCursor = B.cursor;
-  EXPECT_EQ(ResolveCursor(b.store, kCursorFirstSibling), A.cursor);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_FIRST_SIBLING), A.cursor);
 
   // The last node is the deepest last place below the last top-level node, temporary ones aside.
   auto z = b.Category(-1, "Z");
@@ -105,7 +105,7 @@ TEST_F(Walks, PseudoCursorsFollowTheCurrentCursor) {
   int32_t zt = b.Record(z.categoryId);
   b.Attach(true);
   b.place(zt)->temporary = true;
-  EXPECT_EQ(ResolveCursor(b.store, kCursorLast), z1);
+  EXPECT_EQ(ResolveCursor(b.store, VERDAL_CURSOR_LAST), z1);
 }
 
 TEST_F(Walks, CollectsByKindExpansionFilterAndStart) {
