@@ -25,7 +25,6 @@ class TDBManager {
   // The inner close: saves what is dirty, drops the SQL binding and the file.
   void Close();
 
-  bool HasFile() const { return false; }
   void MarkDirty() { dirty = true; }
 
   model::NodeStore store;

@@ -2,7 +2,6 @@
 // The frame every exported function runs its worker in: clear the last error, accept the handle,
 // do the work, let no exception reach the host, and trace a failure.
 #include <cstdint>
-#include <exception>
 
 #include "engine/db_manager.h"
 #include "engine/last_error.h"

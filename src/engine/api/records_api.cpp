@@ -6,7 +6,6 @@
 #include "engine/pool_manager.h"
 #include "engine/record_ops.h"
 #include "model/cursor.h"
-#include "platform/trace.h"
 #include "verdal.h"
 
 using namespace verdal;
