@@ -138,12 +138,14 @@ int32_t DuplicateRecord(TDBManager& db, int32_t sourceCursor, int32_t parentCurs
 
 int32_t AddCategory(TDBManager& db, int32_t parentCursor, const char* name) {
   NodeStore& store = db.store;
-  TDBCategoryData* parent = ParentPlace(store, ResolveCursor(store, parentCursor));
+  int32_t resolved = ResolveCursor(store, parentCursor);
+  TDBCategoryData* parent = ParentPlace(store, resolved);
   if (parent == nullptr) return -1;
 
   auto rec = std::make_unique<TDBCategoryRecord>();
   rec->id = store.nextCategoryId++;
-  rec->parentId = parent->categoryId;  // -2 for the root: read as the top level everywhere
+  // -1 is the top level; the root cursor gives -2, which is read as the top level everywhere.
+  rec->parentId = resolved == -1 ? -1 : parent->categoryId;
   rec->name = rec->displayName = name != nullptr ? name : "";
   int32_t categoryId = rec->id;
   store.categories.Insert(categoryId, rec);

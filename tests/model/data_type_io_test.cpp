@@ -6,34 +6,14 @@
 #include <vector>
 
 #include "BASE_SOURCE/memfile.h"
+#include "support/byte_builder.h"
 #include "model/data_type_io.h"
 
 using namespace verdal;
 using namespace verdal::model;
 
-namespace {
-
-struct Bytes {
-  std::vector<uint8_t> b;
-  void Le(uint64_t v, int n) {
-    for (int i = 0; i < n; ++i) b.push_back(static_cast<uint8_t>(v >> (8 * i)));
-  }
-  void Str(const std::string& s) {
-    Le(s.size(), 4);
-    b.insert(b.end(), s.begin(), s.end());
-  }
-  // 80-bit x87: 64-bit mantissa with explicit integer bit, then sign and 15-bit exponent.
-  void Ext(uint64_t mantissa, uint16_t signExponent) {
-    Le(mantissa, 8);
-    Le(signExponent, 2);
-  }
-};
-
-std::vector<uint8_t> Contents(TMemFile& f) {
-  return std::vector<uint8_t>(f.Data(), f.Data() + f.GetLength());
-}
-
-}  // namespace
+using test_support::Bytes;
+using test_support::Contents;
 
 TEST(TypeInfoStream, WritesTheDocumentedBytesAndReadsThemBack) {
   TDataTypeInfo t;
@@ -105,7 +85,7 @@ TEST(TypeInfoStream, OldVersionsStopEarlyAndShortRecordsThrow) {
   bytes.push_back(0xAB);  // what follows the record
   TMemFile old(64);
   old.Write(bytes.data(), static_cast<int32_t>(bytes.size()));
-  old.Seek(0);
+  old.Seek(0);  // the bytes are cut from a written record, not built by hand
   TDataTypeInfo back;
   ReadTypeInfo(back, old);
   EXPECT_EQ(back.version, 1);

@@ -1,0 +1,397 @@
+#include "model/database_file.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "BASE_SOURCE/stream_io.h"
+#include "engine/db_manager.h"
+#include "model/cursor.h"
+#include "model/data_type_io.h"
+#include "model/fields.h"
+#include "platform/guid.h"
+#include "platform/trace.h"
+
+namespace verdal::model {
+
+namespace {
+
+// The smallest number of bytes each kind of stored object takes, to check a stored count against
+// the bytes left before anything is made for it.
+constexpr int64_t kMinFieldBytes = 4 + 4 + 4 + 4 + 2 + 1 + 1 + 4 + 4;
+constexpr int64_t kMinCategoryBytes = 4 + 4 + 4 + 4 + 1 + 4 + 4;
+constexpr int64_t kMinDataBytes = 4 + 1 + 4 + 4 + 4 + 16 + 16 + 1 + 4 + 4 + 4;
+constexpr int64_t kMinPlaceBytes = 4 + 4 + 4 + 4 + 1 + 4 + 2 + 12;
+
+// The versions from which each section of the body is present.
+constexpr int16_t kCountersSince = 2;
+constexpr int16_t kPrintOptionsSince = 3;
+constexpr int16_t kDefaultPrintSince = 4;
+constexpr int16_t kFiltersSince = 5;
+constexpr int16_t kFirstContainerSince = 6;  // five containers, one version after another
+constexpr int kContainers = 5;
+
+int64_t BytesLeft(TBaseFile& f) { return static_cast<int64_t>(f.GetLength()) - f.Tell(); }
+
+bool CountFits(TBaseFile& f, int64_t count, int64_t minBytes) {
+  return count >= 0 && count * minBytes <= BytesLeft(f);
+}
+
+void WriteTime(const platform::LocalTime& t, TBaseFile& f) {
+  for (uint16_t v : {t.year, t.month, t.dayOfWeek, t.day, t.hour, t.minute, t.second, t.millisecond})
+    WriteUInt16(v, f);
+}
+
+platform::LocalTime ReadTime(TBaseFile& f) {
+  platform::LocalTime t{};
+  for (uint16_t* v : {&t.year, &t.month, &t.dayOfWeek, &t.day, &t.hour, &t.minute, &t.second, &t.millisecond})
+    *v = ReadUInt16(f);
+  return t;
+}
+
+// Writes a count of 0, lets write() put the objects and count them, then patches the count.
+template <class Write>
+void CountedSection(TBaseFile& f, Write&& write) {
+  int32_t countAt = f.Tell();
+  WriteInt32(0, f);
+  int32_t count = write();
+  int32_t end = f.Tell();
+  f.Seek(countAt);
+  WriteInt32(count, f);
+  f.Seek(end);
+}
+
+// ---- The sections of definitions that this build does not hold yet (list display and sort
+// definitions, print options, filters, option containers). They are written in their empty form.
+// A file whose sections hold definitions is refused rather than loaded and saved without them.
+
+constexpr uint32_t kContainerMark = kDataRecordMark;
+
+void WriteEmptyContainer(TBaseFile& f) {
+  WriteUInt32(kContainerMark, f);
+  WriteInt32(1, f);  // container version
+  WriteString("", f);
+  WriteInt32(0, f);
+}
+
+bool Refuse(const char* section) {
+  platform::Trace("ReadBody: the %s hold definitions this build cannot keep", section);
+  return false;
+}
+
+bool ReadEmptyListDefinitions(TBaseFile& f) {
+  uint32_t mark = ReadUInt32(f);
+  if (mark == kDataRecordMark) {
+    ReadInt32(f);  // manager version
+    std::string defaultName;
+    ReadString(defaultName, f);
+  } else if (mark != kSectionMark) {
+    return false;
+  }
+  return ReadInt32(f) == 0 || Refuse("list definitions");
+}
+
+bool ReadEmptyFilters(TBaseFile& f) {
+  ReadUInt8(f);  // collection version
+  std::string current;
+  ReadString(current, f);
+  return ReadInt32(f) == 0 || Refuse("filters");
+}
+
+bool ReadEmptyContainer(TBaseFile& f) {
+  if (ReadUInt32(f) != kContainerMark) return false;
+  if (ReadInt32(f) > 1) return false;
+  std::string defaultName;
+  ReadString(defaultName, f);
+  return ReadInt32(f) == 0 || Refuse("option containers");
+}
+
+void WriteDefinitions(engine::TDBManager& db, TBaseFile& f) {
+  WriteUInt32(kDataRecordMark, f);  // list display and sort definitions
+  WriteInt32(1, f);
+  WriteString("", f);
+  WriteInt32(0, f);
+  WriteString(db.defaultPrintOption, f);
+  WriteInt32(0, f);  // print options
+  WriteUInt8(1, f);  // filters: collection version, current filter, count
+  WriteString("", f);
+  WriteInt32(0, f);
+  for (int i = 0; i < kContainers; ++i) WriteEmptyContainer(f);
+}
+
+bool ReadDefinitions(engine::TDBManager& db, TBaseFile& f) {
+  int16_t v = db.version;
+  if (!ReadEmptyListDefinitions(f)) return false;
+  if (v >= kDefaultPrintSince) ReadString(db.defaultPrintOption, f);
+  if (v >= kPrintOptionsSince && ReadInt32(f) != 0) return Refuse("print options");
+  if (v >= kFiltersSince && !ReadEmptyFilters(f)) return false;
+  for (int i = 0; i < kContainers; ++i)
+    if (v >= kFirstContainerSince + i && !ReadEmptyContainer(f)) return false;
+  return true;
+}
+
+// ---- Fields, categories, data records, places.
+
+void WriteField(TDBFieldInfo& field, TBaseFile& f) {
+  WriteUInt32(kSectionMark, f);
+  WriteInt32(field.reserved1, f);
+  WriteInt32(field.reserved2, f);
+  WriteString(field.name, f);
+  WriteInt16(field.position, f);
+  WriteUInt8(field.reservedByte1, f);
+  WriteUInt8(field.reservedByte2, f);
+  WriteTypeInfo(field.type, f);
+  WriteString(field.displayName, f);
+}
+
+bool ReadField(TDBFieldInfo& field, TBaseFile& f) {
+  if (ReadUInt32(f) != kSectionMark) return false;
+  field.reserved1 = ReadInt32(f);
+  field.reserved2 = ReadInt32(f);
+  ReadString(field.name, f);
+  field.position = ReadInt16(f);
+  field.reservedByte1 = ReadUInt8(f);
+  field.reservedByte2 = ReadUInt8(f);
+  ReadTypeInfo(field.type, f);
+  ReadString(field.displayName, f);
+  return true;
+}
+
+void WriteCategory(const TDBCategoryRecord& c, TBaseFile& f) {
+  WriteUInt32(kSectionMark, f);
+  WriteInt32(c.id, f);
+  WriteInt32(c.parentId, f);
+  WriteInt32(c.reserved, f);
+  WriteBool(c.expanded, f);
+  WriteString(c.displayName, f);
+  WriteString(c.name, f);
+}
+
+bool ReadCategory(TDBCategoryRecord& c, TBaseFile& f) {
+  if (ReadUInt32(f) != kSectionMark) return false;
+  c.id = ReadInt32(f);
+  c.parentId = ReadInt32(f);
+  c.reserved = ReadInt32(f);
+  c.expanded = ReadBool(f);
+  ReadString(c.displayName, f);
+  ReadString(c.name, f);
+  return true;
+}
+
+void WriteData(TDBDataRecord& d, TBaseFile& f) {
+  WriteUInt32(kDataRecordMark, f);
+  d.format = 2;
+  WriteUInt8(d.format, f);
+  int32_t sizeAt = f.Tell();
+  WriteUInt32(0, f);
+  WriteInt32(d.id, f);
+  WriteInt32(d.references, f);
+  WriteTime(d.changed, f);
+  WriteTime(d.created, f);
+  WriteUInt8(d.modified, f);
+  WriteString(d.identifier, f);
+  WriteString(d.title, f);
+  WriteInt32(static_cast<int32_t>(d.values.size()), f);
+  for (const std::string& v : d.values) WriteString(v, f);
+  int32_t end = f.Tell();
+  d.storedSize = static_cast<uint32_t>(end - sizeAt);
+  f.Seek(sizeAt);
+  WriteUInt32(d.storedSize, f);
+  f.Seek(end);
+}
+
+bool ReadValues(TDBDataRecord& d, TBaseFile& f) {
+  int32_t count = ReadInt32(f);
+  if (!CountFits(f, count, 4)) return false;
+  d.values.resize(static_cast<size_t>(count));
+  for (std::string& v : d.values) ReadString(v, f);
+  return true;
+}
+
+// Both forms: the current one behind the data record mark, and the old one behind the section
+// mark, which has no identifier and gets a fresh one.
+bool ReadData(TDBDataRecord& d, TBaseFile& f) {
+  uint32_t mark = ReadUInt32(f);
+  if (mark == kDataRecordMark) {
+    d.format = ReadUInt8(f);
+    d.storedSize = ReadUInt32(f);
+    d.id = ReadInt32(f);
+    d.references = ReadInt32(f);
+    d.changed = ReadTime(f);
+    d.created = ReadTime(f);
+    d.modified = ReadUInt8(f);
+    ReadString(d.identifier, f);
+    ReadString(d.title, f);
+    return ReadValues(d, f);
+  }
+  if (mark != kSectionMark) return false;
+  d.format = 0;
+  d.storedSize = ReadUInt32(f);
+  d.id = ReadInt32(f);
+  d.references = ReadInt32(f);
+  d.changed = ReadTime(f);
+  d.created = ReadTime(f);
+  ReadInt32(f);
+  ReadInt32(f);
+  d.modified = ReadUInt8(f);
+  ReadString(d.title, f);
+  d.identifier = platform::NewGuidText();
+  return ReadValues(d, f);
+}
+
+void WritePlace(const TDBCategoryData& p, TBaseFile& f) {
+  WriteUInt32(kSectionMark, f);
+  WriteInt32(p.cursor, f);
+  WriteInt32(p.categoryId, f);
+  WriteInt32(p.dataId, f);
+  WriteBool(p.isCategory, f);
+  WriteInt32(p.position, f);
+  WriteInt16(3, f);
+  for (int32_t w : p.special) WriteInt32(w, f);
+}
+
+bool ReadPlace(TDBCategoryData& p, TBaseFile& f) {
+  if (ReadUInt32(f) != kSectionMark) return false;
+  p.cursor = ReadInt32(f);
+  p.categoryId = ReadInt32(f);
+  p.dataId = ReadInt32(f);
+  p.isCategory = ReadBool(f);
+  p.position = ReadInt32(f);
+  ReadInt16(f);  // the count of special words: always three follow
+  for (int32_t& w : p.special) w = ReadInt32(f);
+  return true;
+}
+
+// A record gets exactly one value per field: extra values go, missing ones come from the fields
+// at the indexes they lack, as for a field added to a database with records.
+void FitValues(NodeStore& store, TDBDataRecord& d) {
+  size_t fields = store.fields.size();
+  if (d.values.size() > fields) d.values.resize(fields);
+  while (d.values.size() < fields) d.values.push_back(store.fields[d.values.size()]->type.NewRecordValue());
+}
+
+// Inserts a loaded object; a second object under an id already taken is dropped with a trace.
+template <class T>
+void InsertLoaded(TDBIdMap<T>& map, std::unique_ptr<T>& object, int32_t id, const char* what) {
+  if (!map.Insert(id, object)) platform::Trace("ReadBody: dropped a second %s with id %d", what, id);
+}
+
+}  // namespace
+
+bool WriteBody(engine::TDBManager& db, TBaseFile& f) {
+  NodeStore& store = db.store;
+  // Tree order travels in the places' positions; inserts since the last compaction left them
+  // behind the tree.
+  RefreshPositions(store);
+  WriteInt32(store.nextCategoryId, f);
+  WriteInt32(store.nextDataId, f);
+  WriteInt32(store.nextCursor, f);
+  WriteInt16(static_cast<int16_t>(store.fields.size()), f);
+  for (auto& field : store.fields) WriteField(*field, f);
+  WriteDefinitions(db, f);
+  CountedSection(f, [&] {
+    int32_t n = 0;
+    store.categories.ForEach([&](int32_t, TDBCategoryRecord* c) {
+      if (c->tag != kObjectTag) return;
+      WriteCategory(*c, f);
+      ++n;
+    });
+    return n;
+  });
+  CountedSection(f, [&] {
+    int32_t n = 0;
+    store.data.ForEach([&](int32_t, TDBDataRecord* d) {
+      if (d->tag != kObjectTag || d->temporary) return;
+      WriteData(*d, f);
+      ++n;
+    });
+    return n;
+  });
+  CountedSection(f, [&] {
+    int32_t n = 0;
+    store.places.ForEach([&](int32_t, TDBCategoryData* p) {
+      if (p->tag != kObjectTag || p->temporary) return;
+      WritePlace(*p, f);
+      ++n;
+    });
+    return n;
+  });
+  WriteUInt32(kSectionMark, f);
+  return true;
+}
+
+bool ReadBody(engine::TDBManager& db, TBaseFile& f) {
+  NodeStore& store = db.store;
+  if (db.version >= kCountersSince) {
+    store.nextCategoryId = ReadInt32(f);
+    store.nextDataId = ReadInt32(f);
+    store.nextCursor = ReadInt32(f);
+  }
+  int16_t fieldCount = ReadInt16(f);
+  if (!CountFits(f, fieldCount, kMinFieldBytes)) return false;
+  store.fields.clear();
+  for (int16_t i = 0; i < fieldCount; ++i) {
+    auto field = std::make_unique<TDBFieldInfo>();
+    if (!ReadField(*field, f)) return false;
+    store.fields.push_back(std::move(field));
+  }
+  RepairFieldPositions(store);
+  if (!ReadDefinitions(db, f)) return false;
+
+  int32_t highestCategory = -1, highestData = -1, highestCursor = -1;
+  int32_t count = ReadInt32(f);
+  if (!CountFits(f, count, kMinCategoryBytes)) return false;
+  for (int32_t i = 0; i < count; ++i) {
+    auto c = std::make_unique<TDBCategoryRecord>();
+    if (!ReadCategory(*c, f)) return false;
+    int32_t id = c->id;
+    highestCategory = std::max(highestCategory, id);
+    InsertLoaded(store.categories, c, id, "category");
+  }
+  count = ReadInt32(f);
+  if (!CountFits(f, count, kMinDataBytes)) return false;
+  for (int32_t i = 0; i < count; ++i) {
+    auto d = std::make_unique<TDBDataRecord>();
+    if (!ReadData(*d, f)) return false;
+    FitValues(store, *d);
+    int32_t id = d->id;
+    highestData = std::max(highestData, id);
+    InsertLoaded(store.data, d, id, "data record");
+  }
+  count = ReadInt32(f);
+  if (!CountFits(f, count, kMinPlaceBytes)) return false;
+  std::vector<TDBCategoryData*> list;
+  list.reserve(static_cast<size_t>(count));
+  for (int32_t i = 0; i < count; ++i) {
+    auto p = std::make_unique<TDBCategoryData>();
+    if (!ReadPlace(*p, f)) return false;
+    int32_t cursor = p->cursor;
+    TDBCategoryData* raw = p.get();
+    if (cursor < 0) {  // a negative cursor could never be named
+      platform::Trace("ReadBody: dropped a place with cursor %d", cursor);
+      continue;
+    }
+    highestCursor = std::max(highestCursor, cursor);
+    InsertLoaded(store.places, p, cursor, "place");
+    if (p == nullptr) list.push_back(raw);
+  }
+  // Categories whose parent is gone stand at the top level.
+  store.categories.ForEach([&](int32_t, TDBCategoryRecord* c) {
+    if (c->parentId != -1 && store.categories.Find(c->parentId) == nullptr) c->parentId = -1;
+  });
+  if (ReadUInt32(f) != kSectionMark) return false;
+
+  // Ids go on above everything loaded, whatever counters an old or damaged file held.
+  store.nextCategoryId = std::max(store.nextCategoryId, highestCategory + 1);
+  store.nextDataId = std::max(store.nextDataId, highestData + 1);
+  store.nextCursor = std::max(store.nextCursor, highestCursor + 1);
+
+  for (auto& view : store.views) view->root.expanded = store.rootExpanded;
+  AttachPlaces(store, list, false);
+  Renumber(store);
+  if (LookupPlace(store, store.currentCursor) == nullptr)
+    store.currentCursor = ResolveCursor(store, VERDAL_CURSOR_FIRST);
+  return true;
+}
+
+}  // namespace verdal::model

@@ -1,0 +1,226 @@
+// The body of the database file: bytes as the format tables give them, round trips, old forms and
+// damaged input.
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "BASE_SOURCE/memfile.h"
+#include "engine/db_manager.h"
+#include "engine/navigation.h"
+#include "engine/record_ops.h"
+#include "engine/values.h"
+#include "model/cursor.h"
+#include "model/database_file.h"
+#include "model/fields.h"
+#include "support/byte_builder.h"
+
+using namespace verdal;
+using model::kDataRecordMark;
+using model::kSectionMark;
+using test_support::Bytes;
+using test_support::Contents;
+
+namespace {
+
+// The sections of definitions as a body of the current version writes them when they are empty.
+Bytes EmptyDefinitions() {
+  Bytes d;
+  d.Le(kDataRecordMark, 4).I32(1).Str("").I32(0);  // list display and sort definitions
+  d.Str("");                                       // default print option
+  d.I32(0);                                        // print options
+  d.U8(1).Str("").I32(0);                          // filters
+  for (int i = 0; i < 5; ++i) d.Le(kDataRecordMark, 4).I32(1).Str("").I32(0);  // containers
+  return d;
+}
+
+std::vector<uint8_t> WriteBodyOf(engine::TDBManager& db) {
+  TMemFile f(1024);
+  EXPECT_TRUE(model::WriteBody(db, f));
+  return Contents(f);
+}
+
+bool ReadBodyInto(engine::TDBManager& db, const Bytes& bytes) {
+  auto f = bytes.File();
+  return model::ReadBody(db, *f);
+}
+
+model::TDBFieldInfo TextField(const char* name) {
+  model::TDBFieldInfo f;
+  f.name = name;
+  return f;
+}
+
+}  // namespace
+
+TEST(DatabaseBody, AnEmptyDatabaseWritesCountersSectionsAndZeroCounts) {
+  engine::TDBManager db(0);
+  Bytes want;
+  want.I32(0).I32(0).I32(0).I16(0).Append(EmptyDefinitions()).I32(0).I32(0).I32(0).Le(kSectionMark, 4);
+  EXPECT_EQ(WriteBodyOf(db), want.b);
+  engine::TDBManager back(0);
+  EXPECT_TRUE(ReadBodyInto(back, want));
+  EXPECT_EQ(back.store.places.Count(), 0u);
+}
+
+TEST(DatabaseBody, OneOfEachObjectInTheDocumentedBytes) {
+  engine::TDBManager db(0);
+  model::AddFieldInfo(db.store, TextField("Name"), -1);
+  int32_t cat = engine::AddCategory(db, -1, "K");
+  int32_t rec = engine::AddRecord(db, cat, "T", false, "Eva", 0, nullptr);
+  ASSERT_EQ(cat, 0);
+  ASSERT_EQ(rec, 1);
+  model::TDBDataRecord& catData = *db.store.data.Find(0);
+  model::TDBDataRecord& recData = *db.store.data.Find(1);
+
+  Bytes type;  // a text field's type description with every default
+  type.I32(4).Le(0, 4).I16(0).I16(0).Le(0, 4).I32(-1).I16(2);
+  type.Ext(0, 0).Ext(0, 0).U8(0).U8(0).U8(0).Ext(0, 0).Ext(0, 0);
+  type.U8(0).U8(0).U8(1).U8(1).U8(0);
+  type.Str("%d.%m.%Y").Str("").Str("").Str("").Str("").Str("").U8(0).U8(0).U8(0).Str("");
+  auto dataRecord = [&](const model::TDBDataRecord& d, const std::string& value) {
+    Bytes r;
+    r.I32(d.id).I32(1);
+    for (const auto* t : {&d.changed, &d.created})
+      for (uint16_t v : {t->year, t->month, t->dayOfWeek, t->day, t->hour, t->minute, t->second, t->millisecond})
+        r.Le(v, 2);
+    r.U8(0).Str(d.identifier).Str(d.title).I32(1).Str(value);
+    Bytes whole;
+    whole.Le(kDataRecordMark, 4).U8(2).I32(static_cast<int32_t>(r.b.size()) + 4).Append(r);
+    return whole;
+  };
+  Bytes want;
+  want.I32(1).I32(2).I32(2);                                                // counters
+  want.I16(1).Le(kSectionMark, 4).I32(1).I32(0).Str("Name").I16(0).U8(0).U8(1).Append(type).Str("");
+  want.Append(EmptyDefinitions());
+  want.I32(1).Le(kSectionMark, 4).I32(0).I32(-1).I32(0).U8(0).Str("K").Str("K");
+  want.I32(2).Append(dataRecord(catData, "")).Append(dataRecord(recData, "Eva"));
+  want.I32(2);
+  want.Le(kSectionMark, 4).I32(0).I32(0).I32(0).U8(1).I32(0).I16(3).I32(-1).I32(-1).I32(-1);
+  want.Le(kSectionMark, 4).I32(1).I32(0).I32(1).U8(0).I32(0).I16(3).I32(-1).I32(-1).I32(-1);
+  want.Le(kSectionMark, 4);
+  std::vector<uint8_t> got = WriteBodyOf(db);
+  EXPECT_EQ(got, want.b);
+  for (size_t i = 0; i < std::min(got.size(), want.b.size()); ++i)
+    if (got[i] != want.b[i]) {
+      ADD_FAILURE() << "first difference at byte " << i;
+      break;
+    }
+}
+
+TEST(DatabaseBody, RoundTripKeepsTreeValuesAndCountersButNoTemporaryRecord) {
+  engine::TDBManager db(1);
+  model::AddFieldInfo(db.store, TextField("Name"), -1);
+  int32_t a = engine::AddCategory(db, -1, "A");
+  int32_t b = engine::AddCategory(db, a, "B");
+  int32_t r1 = engine::AddRecord(db, b, "r1", false, "eins", 0, nullptr);
+  int32_t r2 = engine::AddRecord(db, a, "r2", false, "zwei", 0, nullptr);
+  int32_t r0 = engine::AddRecord(db, a, "r0", false, "null", 0, nullptr);
+  engine::MoveChild(db, r0, r2, 3);  // before r2: positions must carry tree order
+  int32_t temp = engine::AddRecord(db, -1, "t", true, "weg", 0, nullptr);
+  db.store.currentCursor = r1;
+  TMemFile f(256);
+  model::WriteBody(db, f);
+
+  engine::TDBManager back(1);
+  back.store.currentCursor = r1;  // the header before the body carries it
+  f.Seek(0);
+  ASSERT_TRUE(model::ReadBody(back, f));
+  EXPECT_EQ(*model::FieldValue(back.store, r1, 0), "eins");
+  EXPECT_EQ(back.store.places.Find(temp), nullptr);
+  EXPECT_EQ(back.store.currentCursor, r1);
+  std::vector<int32_t> order;
+  for (int32_t c = model::ResolveCursor(back.store, VERDAL_CURSOR_FIRST); c >= 0;
+       c = model::StepCursor(back.store, c, 1, false, true))
+    order.push_back(c);
+  EXPECT_EQ(order, (std::vector<int32_t>{a, b, r1, r0, r2}));
+  // The temporary record's ids are not given out again.
+  EXPECT_EQ(engine::AddRecord(back, -1, "n", false, nullptr, -1, nullptr), temp + 1);
+  EXPECT_EQ(back.store.data.Find(back.store.places.Find(r1)->dataId)->identifier,
+            db.store.data.Find(db.store.places.Find(r1)->dataId)->identifier);
+}
+
+TEST(DatabaseBody, AVersionThreeFileWithOldFormRecordsIsRepairedAsItLoads) {
+  Bytes body;
+  body.I32(0).I32(0).I32(0);  // damaged counters: ids must go on above what is loaded
+  body.I16(2);
+  for (const char* name : {"A", "B"}) {
+    body.Le(kSectionMark, 4).I32(1).I32(0).Str(name).I16(name[0] == 'A' ? 0 : 7).U8(0).U8(1);
+    body.I32(1).Le(0, 4).I16(1).I16(0).Le(0, 4).I32(-1).I16(2);  // version 1 number field
+    body.Ext(0, 0).Ext(0, 0).U8(0).U8(0).U8(0).Ext(0, 0).Ext(0, 0).U8(0).U8(0).U8(1).U8(1).U8(0);
+    body.Str("").Str("5").Str("").Str("").Str("").Str("");
+    body.Str("");
+  }
+  body.Le(kSectionMark, 4).I32(0);  // old list definitions: count at once
+  body.I32(0);                      // print options (version 3 has no default print name)
+  body.I32(2);                      // categories: one whose parent is gone
+  body.Le(kSectionMark, 4).I32(4).I32(-1).I32(0).U8(1).Str("").Str("Oben");
+  body.Le(kSectionMark, 4).I32(5).I32(99).I32(0).U8(0).Str("").Str("Waise");
+  body.I32(2);                      // data records of the old form, with 3 and 1 values
+  for (int id : {8, 9}) {
+    body.Le(kSectionMark, 4).I32(0).I32(id).I32(1);
+    for (int i = 0; i < 16; ++i) body.U8(0);
+    for (int i = 0; i < 16; ++i) body.U8(0);
+    body.I32(0).I32(0).U8(0).Str("alt");
+    if (id == 8)
+      body.I32(3).Str("1.00").Str("2.00").Str("3.00");
+    else
+      body.I32(1).Str("4.00");
+  }
+  body.I32(2);
+  body.Le(kSectionMark, 4).I32(10).I32(4).I32(8).U8(1).I32(0).I16(3).I32(-1).I32(-1).I32(-1);
+  body.Le(kSectionMark, 4).I32(11).I32(5).I32(9).U8(1).I32(0).I16(0).I32(-1).I32(-1).I32(-1);
+  body.Le(kSectionMark, 4);
+
+  engine::TDBManager db(0);
+  db.version = 3;
+  ASSERT_TRUE(ReadBodyInto(db, body));
+  model::NodeStore& s = db.store;
+  EXPECT_EQ(s.fields[1]->position, 1);  // position 7 of two fields repaired
+  EXPECT_EQ(s.data.Find(8)->values, (std::vector<std::string>{"1.00", "2.00"}));
+  EXPECT_EQ(s.data.Find(9)->values, (std::vector<std::string>{"4.00", "5.00"}));  // default added
+  EXPECT_EQ(s.data.Find(9)->format, 0);
+  EXPECT_EQ(s.data.Find(9)->identifier.size(), 36u);
+  EXPECT_EQ(s.categories.Find(5)->parentId, -1);
+  EXPECT_EQ(s.places.Find(11)->node->parent, &s.MainView().root);  // the orphan category at the top
+  EXPECT_EQ(s.MainView().root.FirstChild()->cursor, 11);  // equal positions: the later one first
+  EXPECT_EQ(s.nextCursor, 12);
+  EXPECT_EQ(s.nextDataId, 10);
+  EXPECT_EQ(s.nextCategoryId, 6);
+  EXPECT_EQ(s.currentCursor, -2);  // the root names a place; an old file stores no current cursor
+}
+
+TEST(DatabaseBody, DamageEndsTheLoadWithoutHugeAllocations) {
+  engine::TDBManager empty(0);
+  std::vector<uint8_t> good = WriteBodyOf(empty);
+  auto load = [](std::vector<uint8_t> bytes) {
+    Bytes b;
+    b.b = std::move(bytes);
+    engine::TDBManager db(0);
+    try {
+      return ReadBodyInto(db, b);
+    } catch (...) {
+      return false;  // a short stream throws; the envelope turns that into a failed load
+    }
+  };
+  EXPECT_TRUE(load(good));
+  std::vector<uint8_t> bad = good;
+  bad[bad.size() - 1] ^= 0xFF;  // end mark
+  EXPECT_FALSE(load(bad));
+  const size_t placeCount = good.size() - 8;  // the last count, before the end mark
+  bad = good;
+  bad.at(placeCount + 3) = 0xFF;  // negative
+  EXPECT_FALSE(load(bad));
+  bad = good;
+  bad.at(placeCount + 3) = 0x7F;  // near two billion
+  EXPECT_FALSE(load(bad));
+  bad = good;
+  bad[13] = 0x7F;  // field count 0x7F00
+  EXPECT_FALSE(load(bad));
+  bad = good;
+  bad.resize(bad.size() - 3);
+  EXPECT_FALSE(load(bad));
+  // Definitions this build cannot keep are refused, not dropped.
+  bad = good;
+  bad[14 + 4 + 4 + 4] = 1;  // count of list definitions
+  EXPECT_FALSE(load(bad));
+}
