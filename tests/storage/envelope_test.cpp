@@ -39,6 +39,16 @@ __attribute__((noinline)) void GiveBlock(void* p) { std::free(p); }
 
 void* operator new(size_t size) { return TakeBlock(size); }
 void* operator new[](size_t size) { return TakeBlock(size); }
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return TakeBlock(size);
+  } catch (...) {
+    return nullptr;
+  }
+}
+void* operator new[](size_t size, const std::nothrow_t& tag) noexcept { return operator new(size, tag); }
+void operator delete(void* p, const std::nothrow_t&) noexcept { GiveBlock(p); }
+void operator delete[](void* p, const std::nothrow_t&) noexcept { GiveBlock(p); }
 void operator delete(void* p) noexcept { GiveBlock(p); }
 void operator delete[](void* p) noexcept { GiveBlock(p); }
 void operator delete(void* p, size_t) noexcept { GiveBlock(p); }
