@@ -21,6 +21,7 @@
 #include "srcpool/crypto/memory_container.h"
 #include "storage/envelope.h"
 #include "verdal.h"
+#include "../tests/api/field_helpers.h"
 
 namespace {
 
@@ -45,17 +46,7 @@ VerdalHandle BuildDatabase() {
   const struct { const char* name; int16_t type; } fields[] = {
       {"Name", 0}, {"Vorname", 0}, {"Ort", 0}, {"Strasse", 0}, {"Preis", 1},
       {"Menge", 1}, {"Datum", 5},  {"Zeit", 4}, {"Aktiv", 2},   {"Bezahlt", 2}};
-  for (const auto& f : fields) {
-    TDBFieldParams p;
-    std::memset(&p, 0, sizeof p);
-    p.dataType = f.type;
-    p.maxChars = -1;
-    p.decimals = 2;
-    p.allowEmpty = 1;
-    p.allowDuplicates = 1;
-    p.name = f.name;
-    VERDAL_AddField(db, &p, -1, 1);
-  }
+  for (const auto& f : fields) AddField(db, f.name, f.type);
   std::vector<int32_t> categories;
   for (int c = 0; c < kCategories; ++c)
     categories.push_back(VERDAL_AddCategory(db, -1, ("Kategorie " + std::to_string(c)).c_str()));
