@@ -259,6 +259,16 @@ VERDAL_API int32_t VERDAL_IsChildOf(VerdalHandle db, int32_t cursor, int32_t oth
 /* Views. */
 VERDAL_API int32_t VERDAL_CreateView(VerdalHandle db, const char* name, int32_t mode);
 
+/* Password and compression. password buffers hold 32 bytes; compress receives 0 or 1. */
+VERDAL_API int32_t VERDAL_GetPWDAndCompression(VerdalHandle db, char* password, int32_t* compress);
+/* Blanks at both ends of the password are dropped; it must then be empty (no cipher) or have 5 to
+ * 31 characters, else -2 and nothing changes. -1 for a bad handle. Takes effect at the next save. */
+VERDAL_API int32_t VERDAL_SetPWDAndCompression(VerdalHandle db, const char* password,
+                                               int32_t compress);
+/* Shows the password dialog through the user interface; 0 for a bad handle, else 1. */
+VERDAL_API int32_t VERDAL_ConfigurePWDAndCompression(VerdalHandle db, VerdalWindow window,
+                                                     char* password, int32_t* compress);
+
 /* Additions for hosts on this platform. */
 typedef void (*VerdalTraceFn)(const char* line);
 /* The diagnostic trace goes to this function; null discards it (the default, unless the
@@ -266,6 +276,78 @@ typedef void (*VerdalTraceFn)(const char* line);
 VERDAL_API void VERDAL_SetTraceSink(VerdalTraceFn sink);
 /* The language of the engine's texts; 0 takes it from the environment's locale. */
 VERDAL_API void VERDAL_SetLanguage(int32_t languageId);
+
+/* The user interface: what the engine shows goes to these host functions. */
+/* Buttons, icons and answers of a message box. */
+enum {
+  VERDAL_MB_OK = 0,
+  VERDAL_MB_OKCANCEL = 1,
+  VERDAL_MB_YESNOCANCEL = 3,
+  VERDAL_MB_YESNO = 4,
+  VERDAL_MB_RETRYCANCEL = 5
+};
+enum {
+  VERDAL_ICON_NONE = 0,
+  VERDAL_ICON_STOP = 0x10,
+  VERDAL_ICON_QUESTION = 0x20,
+  VERDAL_ICON_WARNING = 0x30,
+  VERDAL_ICON_INFORMATION = 0x40
+};
+enum { VERDAL_ID_OK = 1, VERDAL_ID_CANCEL = 2, VERDAL_ID_RETRY = 4, VERDAL_ID_YES = 6, VERDAL_ID_NO = 7 };
+/* Kinds of control in a dialog. A check box's text is "1" when checked, "0" otherwise. */
+enum {
+  VERDAL_CONTROL_TEXT = 0,   /* label or note */
+  VERDAL_CONTROL_EDIT = 1,
+  VERDAL_CONTROL_MASKED = 2, /* an edit shown masked */
+  VERDAL_CONTROL_CHECK = 3
+};
+
+typedef struct VerdalControl {
+  int32_t id;
+  int32_t page;
+  int32_t kind;
+  int32_t limit; /* longest text an edit takes, 0 for no limit */
+  const char* label;
+} VerdalControl;
+
+/* A dialog of the engine, as handed to runSheet and valid only during that call. The host shows
+ * the controls, reads and sets their texts, and ends the dialog with pressOk (answers 1 when the
+ * dialog accepts the input; on 0 it stays open, having told the user why) or pressCancel. A
+ * dialog left without either counts as cancelled. Texts handed out stay valid until the next call
+ * on the sheet. */
+typedef struct VerdalSheet VerdalSheet;
+struct VerdalSheet {
+  const char* title;
+  int32_t pageCount;
+  int32_t controlCount;
+  const char* (*pageTitle)(const VerdalSheet* sheet, int32_t page);
+  void (*control)(const VerdalSheet* sheet, int32_t index, VerdalControl* out);
+  const char* (*getText)(const VerdalSheet* sheet, int32_t controlId);
+  void (*setText)(const VerdalSheet* sheet, int32_t controlId, const char* text);
+  int32_t (*pressOk)(const VerdalSheet* sheet);
+  void (*pressCancel)(const VerdalSheet* sheet);
+  void* engine; /* the engine's, do not touch */
+};
+
+/* A member left null behaves as without a user interface: a message box answers its default,
+ * the rest is cancelled. */
+typedef struct VerdalUserInterface {
+  intptr_t user;
+  /* Returns a VERDAL_ID_ answer. */
+  int32_t (*messageBox)(intptr_t user, VerdalWindow parent, const char* title, const char* text,
+                        int32_t buttons, int32_t icon, int32_t defaultAnswer);
+  /* text holds limit + 1 bytes; returns 1 with the entered text there, 0 when cancelled. */
+  int32_t (*promptPassword)(intptr_t user, VerdalWindow parent, const char* title,
+                            const char* prompt, int32_t limit, char* text);
+  /* path holds 260 bytes: the initial path in, the chosen one out; 1 chosen, 0 cancelled. */
+  int32_t (*pickFile)(intptr_t user, VerdalWindow parent, const char* title, const char* filter,
+                      int32_t save, char* path);
+  int32_t (*pickFolder)(intptr_t user, VerdalWindow parent, const char* title, char* path);
+  void (*runSheet)(intptr_t user, VerdalWindow parent, const VerdalSheet* sheet);
+} VerdalUserInterface;
+
+/* The structure is copied; null returns to no user interface (the default). */
+VERDAL_API void VERDAL_SetUserInterface(const VerdalUserInterface* ui);
 
 #ifdef __cplusplus
 }

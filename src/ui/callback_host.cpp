@@ -1,0 +1,164 @@
+#include "ui/callback_host.h"
+
+#include <cstring>
+
+namespace verdal::ui {
+
+namespace {
+
+constexpr size_t kPathSize = 260;
+
+// Copies into a fixed buffer of the host, cut to fit and terminated.
+void CopyCut(char* target, size_t size, const std::string& text) {
+  size_t n = text.size() < size - 1 ? text.size() : size - 1;
+  std::memcpy(target, text.data(), n);
+  target[n] = '\0';
+}
+
+// What a C host sees of a sheet: the C structure first, so the callbacks can find the rest.
+struct SheetBridge {
+  VerdalSheet c{};
+  Sheet* sheet = nullptr;
+  std::string title;
+  std::vector<std::string> pages;
+  std::vector<Control> controls;
+  std::string text;  // the last text handed out
+  bool accepted = false;
+  bool ended = false;
+
+  static SheetBridge& Of(const VerdalSheet* s) { return *static_cast<SheetBridge*>(s->engine); }
+};
+
+const char* BridgePageTitle(const VerdalSheet* s, int32_t page) {
+  SheetBridge& b = SheetBridge::Of(s);
+  if (page < 0 || page >= static_cast<int32_t>(b.pages.size())) return "";
+  return b.pages[static_cast<size_t>(page)].c_str();
+}
+
+void BridgeControl(const VerdalSheet* s, int32_t index, VerdalControl* out) {
+  SheetBridge& b = SheetBridge::Of(s);
+  if (out == nullptr) return;
+  if (index < 0 || index >= static_cast<int32_t>(b.controls.size())) {
+    *out = VerdalControl{-1, 0, VERDAL_CONTROL_TEXT, 0, ""};
+    return;
+  }
+  const Control& c = b.controls[static_cast<size_t>(index)];
+  *out = VerdalControl{c.id, c.page, static_cast<int32_t>(c.kind), c.limit, c.label.c_str()};
+}
+
+const char* BridgeGetText(const VerdalSheet* s, int32_t id) {
+  SheetBridge& b = SheetBridge::Of(s);
+  try {
+    b.text = b.sheet->Text(id);
+  } catch (...) {
+    b.text.clear();
+  }
+  return b.text.c_str();
+}
+
+void BridgeSetText(const VerdalSheet* s, int32_t id, const char* text) {
+  SheetBridge& b = SheetBridge::Of(s);
+  try {
+    b.sheet->SetText(id, text != nullptr ? text : "");
+  } catch (...) {
+  }
+}
+
+int32_t BridgePressOk(const VerdalSheet* s) {
+  SheetBridge& b = SheetBridge::Of(s);
+  if (b.ended) return b.accepted ? 1 : 0;
+  try {
+    b.accepted = b.sheet->PressOk();
+  } catch (...) {
+    b.accepted = false;
+  }
+  b.ended = b.accepted;
+  return b.accepted ? 1 : 0;
+}
+
+void BridgePressCancel(const VerdalSheet* s) {
+  SheetBridge& b = SheetBridge::Of(s);
+  if (b.ended) return;
+  b.ended = true;
+  try {
+    b.sheet->PressCancel();
+  } catch (...) {
+  }
+}
+
+}  // namespace
+
+Answer CallbackHost::MessageBox(VerdalWindow parent, const std::string& title,
+                                const std::string& text, Buttons buttons, Icon icon,
+                                Answer defaultAnswer) {
+  if (c_.messageBox == nullptr)
+    return HeadlessHost::MessageBox(parent, title, text, buttons, icon, defaultAnswer);
+  return static_cast<Answer>(c_.messageBox(c_.user, parent, title.c_str(), text.c_str(),
+                                           static_cast<int32_t>(buttons),
+                                           static_cast<int32_t>(icon),
+                                           static_cast<int32_t>(defaultAnswer)));
+}
+
+std::optional<std::string> CallbackHost::PromptPassword(VerdalWindow parent,
+                                                        const std::string& title,
+                                                        const std::string& prompt, int32_t limit) {
+  if (c_.promptPassword == nullptr || limit < 0) return std::nullopt;
+  std::vector<char> text(static_cast<size_t>(limit) + 1, '\0');
+  if (c_.promptPassword(c_.user, parent, title.c_str(), prompt.c_str(), limit, text.data()) == 0)
+    return std::nullopt;
+  text.back() = '\0';  // a host that filled the whole buffer still gives at most `limit`
+  return std::string(text.data());
+}
+
+std::optional<std::string> CallbackHost::PickFile(VerdalWindow parent, const FileRequest& r) {
+  if (c_.pickFile == nullptr) return std::nullopt;
+  char path[kPathSize];
+  CopyCut(path, kPathSize, r.initialPath);
+  if (c_.pickFile(c_.user, parent, r.title.c_str(), r.filter.c_str(), r.save ? 1 : 0, path) == 0)
+    return std::nullopt;
+  path[kPathSize - 1] = '\0';
+  return std::string(path);
+}
+
+std::optional<std::string> CallbackHost::PickFolder(VerdalWindow parent, const std::string& title,
+                                                    const std::string& initialPath) {
+  if (c_.pickFolder == nullptr) return std::nullopt;
+  char path[kPathSize];
+  CopyCut(path, kPathSize, initialPath);
+  if (c_.pickFolder(c_.user, parent, title.c_str(), path) == 0) return std::nullopt;
+  path[kPathSize - 1] = '\0';
+  return std::string(path);
+}
+
+bool CallbackHost::RunSheet(VerdalWindow parent, Sheet& sheet) {
+  if (c_.runSheet == nullptr) return HeadlessHost::RunSheet(parent, sheet);
+  SheetBridge b;
+  b.sheet = &sheet;
+  b.title = sheet.Title();
+  b.pages = sheet.Pages();
+  b.controls = sheet.Controls();
+  b.c.title = b.title.c_str();
+  b.c.pageCount = static_cast<int32_t>(b.pages.size());
+  b.c.controlCount = static_cast<int32_t>(b.controls.size());
+  b.c.pageTitle = BridgePageTitle;
+  b.c.control = BridgeControl;
+  b.c.getText = BridgeGetText;
+  b.c.setText = BridgeSetText;
+  b.c.pressOk = BridgePressOk;
+  b.c.pressCancel = BridgePressCancel;
+  b.c.engine = &b;
+  c_.runSheet(c_.user, parent, &b.c);
+  if (!b.accepted) BridgePressCancel(&b.c);
+  return b.accepted;
+}
+
+void InstallCallbacks(const VerdalUserInterface* callbacks) {
+  // Kept past static destruction: the unload hook may still reach the current host.
+  static CallbackHost* installed = nullptr;
+  CallbackHost* next = callbacks != nullptr ? new CallbackHost(*callbacks) : nullptr;
+  SetHost(next);
+  delete installed;
+  installed = next;
+}
+
+}  // namespace verdal::ui

@@ -1,0 +1,122 @@
+#pragma once
+// The surface the engine shows things on: message boxes, the password prompt, file and folder
+// pickers, and dialogs. The dialogs themselves are logic classes (ui::Sheet); a host only shows
+// their controls and presses their buttons. The default host is headless: it answers every
+// message box with its default button and cancels prompts, pickers and sheets, so nothing blocks.
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "verdal.h"
+
+namespace verdal::ui {
+
+// Button sets and answers of a message box; the numbers are those the interface uses.
+enum class Buttons : int32_t {
+  kOk = VERDAL_MB_OK,
+  kOkCancel = VERDAL_MB_OKCANCEL,
+  kYesNo = VERDAL_MB_YESNO,
+  kYesNoCancel = VERDAL_MB_YESNOCANCEL,
+  kRetryCancel = VERDAL_MB_RETRYCANCEL,
+};
+enum class Icon : int32_t {
+  kNone = VERDAL_ICON_NONE,
+  kStop = VERDAL_ICON_STOP,
+  kQuestion = VERDAL_ICON_QUESTION,
+  kWarning = VERDAL_ICON_WARNING,
+  kInformation = VERDAL_ICON_INFORMATION,
+};
+enum class Answer : int32_t {
+  kOk = VERDAL_ID_OK,
+  kCancel = VERDAL_ID_CANCEL,
+  kRetry = VERDAL_ID_RETRY,
+  kYes = VERDAL_ID_YES,
+  kNo = VERDAL_ID_NO,
+};
+
+enum class ControlKind : int32_t {
+  kText = VERDAL_CONTROL_TEXT,          // a label or note, read-only
+  kEdit = VERDAL_CONTROL_EDIT,
+  kMaskedEdit = VERDAL_CONTROL_MASKED,  // an edit whose text is shown as dots
+  kCheckBox = VERDAL_CONTROL_CHECK,     // its text is "1" when checked, "0" otherwise
+};
+
+struct Control {
+  int32_t id = 0;
+  int32_t page = 0;
+  ControlKind kind = ControlKind::kText;
+  std::string label;
+  int32_t limit = 0;  // longest text an edit takes; 0 for no limit
+};
+
+// A dialog or property sheet as logic: pages of controls whose texts the host reads and sets,
+// and the two buttons. Pressing OK may refuse (after telling the user why through the host);
+// the sheet then stays open.
+class Sheet {
+ public:
+  virtual ~Sheet() = default;
+  virtual std::string Title() const = 0;
+  virtual std::vector<std::string> Pages() const = 0;
+  virtual std::vector<Control> Controls() const = 0;
+  virtual std::string Text(int32_t control) const = 0;
+  virtual void SetText(int32_t control, const std::string& text) = 0;
+  // True if the sheet takes the input over and closes.
+  virtual bool PressOk() = 0;
+  virtual void PressCancel() = 0;
+};
+
+struct FileRequest {
+  std::string title;
+  std::string filter;  // "Name|*.ext|Name|*.ext|"
+  std::string initialPath;
+  bool save = false;
+};
+
+class Host {
+ public:
+  virtual ~Host() = default;
+  virtual Answer MessageBox(VerdalWindow parent, const std::string& title, const std::string& text,
+                            Buttons buttons, Icon icon, Answer defaultAnswer) = 0;
+  // The entered text, at most `limit` characters, or nothing when cancelled.
+  virtual std::optional<std::string> PromptPassword(VerdalWindow parent, const std::string& title,
+                                                    const std::string& prompt, int32_t limit) = 0;
+  virtual std::optional<std::string> PickFile(VerdalWindow parent, const FileRequest& request) = 0;
+  virtual std::optional<std::string> PickFolder(VerdalWindow parent, const std::string& title,
+                                                const std::string& initialPath) = 0;
+  // Shows the sheet modally; true if it was closed with OK (PressOk answered true).
+  virtual bool RunSheet(VerdalWindow parent, Sheet& sheet) = 0;
+};
+
+class HeadlessHost : public Host {
+ public:
+  Answer MessageBox(VerdalWindow, const std::string&, const std::string&, Buttons, Icon,
+                    Answer defaultAnswer) override {
+    return defaultAnswer;
+  }
+  std::optional<std::string> PromptPassword(VerdalWindow, const std::string&, const std::string&,
+                                            int32_t) override {
+    return std::nullopt;
+  }
+  std::optional<std::string> PickFile(VerdalWindow, const FileRequest&) override {
+    return std::nullopt;
+  }
+  std::optional<std::string> PickFolder(VerdalWindow, const std::string&,
+                                        const std::string&) override {
+    return std::nullopt;
+  }
+  bool RunSheet(VerdalWindow, Sheet& sheet) override {
+    sheet.PressCancel();
+    return false;
+  }
+};
+
+// The host in force for the process; the headless one until another is set.
+Host& CurrentHost();
+// Null restores the headless host. The caller keeps ownership and keeps the host alive while set.
+void SetHost(Host* host);
+
+// A stop message with OK, titled with the application name: how dialogs refuse input.
+void StopMessage(VerdalWindow parent, const std::string& text);
+
+}  // namespace verdal::ui
