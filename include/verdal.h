@@ -182,6 +182,13 @@ VERDAL_API void VERDAL_SetTryResolveDBReferencesLocal(int32_t enable);
 VERDAL_API VerdalHandle VERDAL_OpenDB(const char* fileName, const char* password, int32_t noSearch,
                                       int32_t search, const char* searchFolder, int32_t sizeClass,
                                       int32_t readOnly, int32_t refuseReadOnly);
+/* Reads the file again (null or the database's own name), or switches the database to another
+ * file. 1, or 0 (code 25 when the file could not be read). */
+VERDAL_API int32_t VERDAL_Load(VerdalHandle db, const char* fileName, int32_t refuseReadOnly);
+/* Null, empty or the own name: saves over the database's file so that a failure leaves the old
+ * file whole (and the previous version in the ".bak" beside it). Another name: writes a copy
+ * there; the database stays on its own file. 1, or 0. */
+VERDAL_API int32_t VERDAL_Save(VerdalHandle db, const char* fileName);
 VERDAL_API int32_t VERDAL_CloseDB(VerdalHandle db);
 VERDAL_API int32_t VERDAL_CloseDBByFileName(const char* fileName);
 VERDAL_API int32_t VERDAL_GetDBProperties(VerdalHandle db, VerdalDBProperties* properties);
