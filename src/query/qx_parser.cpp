@@ -19,17 +19,38 @@ namespace {
 
 QX_Error Err(QX_ErrDefs::Index index) { return QX_ErrDefs::Err(index); }
 
-bool IsRelation(int32_t code) { return code >= kTokLt && code <= kTokSearch; }
+constexpr int kRelationLevel = 2;
 
-QX_Value Relation(int32_t code, QX_Value l, QX_Value r) {
+// Binding of the binary operators, from the weakest: or, and, relations, &, + and -, * and /.
+int BinaryLevel(int32_t code) {
   switch (code) {
+    case kTokOr: return 0;
+    case kTokAnd: return 1;
+    case kTokAppend: return 3;
+    case kTokPlus:
+    case kTokMinus: return 4;
+    case kTokMul:
+    case kTokDiv: return 5;
+    default: return code >= kTokLt && code <= kTokSearch ? kRelationLevel : -1;
+  }
+}
+
+QX_Value BinaryNode(int32_t code, QX_Value l, QX_Value r) {
+  switch (code) {
+    case kTokOr: return std::make_unique<QX_OrExpr>(std::move(l), std::move(r));
+    case kTokAnd: return std::make_unique<QX_AndExpr>(std::move(l), std::move(r));
     case kTokLt: return std::make_unique<QX_LtExpr>(std::move(l), std::move(r));
     case kTokLe: return std::make_unique<QX_LeExpr>(std::move(l), std::move(r));
     case kTokEq: return std::make_unique<QX_EqExpr>(std::move(l), std::move(r));
     case kTokNe: return std::make_unique<QX_NeExpr>(std::move(l), std::move(r));
     case kTokGe: return std::make_unique<QX_GeExpr>(std::move(l), std::move(r));
     case kTokGt: return std::make_unique<QX_GtExpr>(std::move(l), std::move(r));
-    default: return std::make_unique<QX_SearchExpr>(std::move(l), std::move(r));
+    case kTokSearch: return std::make_unique<QX_SearchExpr>(std::move(l), std::move(r));
+    case kTokAppend: return std::make_unique<QX_AppExpr>(std::move(l), std::move(r));
+    case kTokPlus: return std::make_unique<QX_AddExpr>(std::move(l), std::move(r));
+    case kTokMinus: return std::make_unique<QX_SubExpr>(std::move(l), std::move(r));
+    case kTokMul: return std::make_unique<QX_MulExpr>(std::move(l), std::move(r));
+    default: return std::make_unique<QX_DivExpr>(std::move(l), std::move(r));
   }
 }
 
@@ -230,7 +251,7 @@ QX_Error QX_Parser::Expression(Tree& out) {
 
 QX_Error QX_Parser::Conditional(Tree& out) {
   Tree condition;
-  if (QX_Error e = Disjunction(condition)) return e;
+  if (QX_Error e = Binary(condition, 0)) return e;
   if (token_.type != kTokQuestion) {
     out = std::move(condition);
     return nullptr;
@@ -248,103 +269,26 @@ QX_Error QX_Parser::Conditional(Tree& out) {
               h);
 }
 
-QX_Error QX_Parser::Disjunction(Tree& out) {
-  if (QX_Error e = Conjunction(out)) return e;
-  while (token_.type == kTokOr) {
+QX_Error QX_Parser::Binary(Tree& out, int level) {
+  if (level == kBinaryLevels) return Unary(out);
+  if (QX_Error e = Binary(out, level + 1)) return e;
+  while (BinaryLevel(token_.type) == level) {
+    const int32_t code = token_.type;
     Next();
     Tree right;
-    if (QX_Error e = Conjunction(right)) return e;
+    if (QX_Error e = Binary(right, level + 1)) return e;
+    if (code == kTokSearch || code == kTokAppend) {
+      if (QX_Error e = ToString(out)) return e;
+      if (QX_Error e = ToString(right)) return e;
+    } else if (code == kTokPlus || code == kTokMinus || code == kTokMul || code == kTokDiv) {
+      if (QX_Error e = ToNumber(out)) return e;
+      if (QX_Error e = ToNumber(right)) return e;
+    }
     const uint32_t h = std::max(out.height, right.height);
-    if (QX_Error e = Grow(out, std::make_unique<QX_OrExpr>(std::move(out.node), std::move(right.node)), h)) {
+    if (QX_Error e = Grow(out, BinaryNode(code, std::move(out.node), std::move(right.node)), h)) {
       return e;
     }
-  }
-  return nullptr;
-}
-
-QX_Error QX_Parser::Conjunction(Tree& out) {
-  if (QX_Error e = Comparison(out)) return e;
-  while (token_.type == kTokAnd) {
-    Next();
-    Tree right;
-    if (QX_Error e = Comparison(right)) return e;
-    const uint32_t h = std::max(out.height, right.height);
-    if (QX_Error e = Grow(out, std::make_unique<QX_AndExpr>(std::move(out.node), std::move(right.node)), h)) {
-      return e;
-    }
-  }
-  return nullptr;
-}
-
-QX_Error QX_Parser::Comparison(Tree& out) {
-  if (QX_Error e = Concatenation(out)) return e;
-  if (!IsRelation(token_.type)) return nullptr;  // relations do not chain
-  const int32_t code = token_.type;
-  Next();
-  Tree right;
-  if (QX_Error e = Concatenation(right)) return e;
-  if (code == kTokSearch) {
-    if (QX_Error e = ToString(out)) return e;
-    if (QX_Error e = ToString(right)) return e;
-  }
-  const uint32_t h = std::max(out.height, right.height);
-  return Grow(out, Relation(code, std::move(out.node), std::move(right.node)), h);
-}
-
-QX_Error QX_Parser::Concatenation(Tree& out) {
-  if (QX_Error e = Sum(out)) return e;
-  while (token_.type == kTokAppend) {
-    Next();
-    Tree right;
-    if (QX_Error e = Sum(right)) return e;
-    if (QX_Error e = ToString(out)) return e;
-    if (QX_Error e = ToString(right)) return e;
-    const uint32_t h = std::max(out.height, right.height);
-    if (QX_Error e = Grow(out, std::make_unique<QX_AppExpr>(std::move(out.node), std::move(right.node)), h)) {
-      return e;
-    }
-  }
-  return nullptr;
-}
-
-QX_Error QX_Parser::Sum(Tree& out) {
-  if (QX_Error e = Product(out)) return e;
-  while (token_.type == kTokPlus || token_.type == kTokMinus) {
-    const bool add = token_.type == kTokPlus;
-    Next();
-    Tree right;
-    if (QX_Error e = Product(right)) return e;
-    if (QX_Error e = ToNumber(out)) return e;
-    if (QX_Error e = ToNumber(right)) return e;
-    const uint32_t h = std::max(out.height, right.height);
-    QX_Value node;
-    if (add) {
-      node = std::make_unique<QX_AddExpr>(std::move(out.node), std::move(right.node));
-    } else {
-      node = std::make_unique<QX_SubExpr>(std::move(out.node), std::move(right.node));
-    }
-    if (QX_Error e = Grow(out, std::move(node), h)) return e;
-  }
-  return nullptr;
-}
-
-QX_Error QX_Parser::Product(Tree& out) {
-  if (QX_Error e = Unary(out)) return e;
-  while (token_.type == kTokMul || token_.type == kTokDiv) {
-    const bool multiply = token_.type == kTokMul;
-    Next();
-    Tree right;
-    if (QX_Error e = Unary(right)) return e;
-    if (QX_Error e = ToNumber(out)) return e;
-    if (QX_Error e = ToNumber(right)) return e;
-    const uint32_t h = std::max(out.height, right.height);
-    QX_Value node;
-    if (multiply) {
-      node = std::make_unique<QX_MulExpr>(std::move(out.node), std::move(right.node));
-    } else {
-      node = std::make_unique<QX_DivExpr>(std::move(out.node), std::move(right.node));
-    }
-    if (QX_Error e = Grow(out, std::move(node), h)) return e;
+    if (level == kRelationLevel) break;  // relations do not chain
   }
   return nullptr;
 }

@@ -19,6 +19,7 @@ class QX_Parser {
   // chains of statements, which are walked without recursion and do not count.
   static constexpr uint32_t kMaxNesting = 256;
   static constexpr uint32_t kMaxHeight = 2000;
+  static constexpr int kBinaryLevels = 6;
 
   QX_Parser(QueryExpr* owner, QX_SymbolTable& symbols);
 
@@ -50,12 +51,8 @@ class QX_Parser {
   QX_Error Simple(Tree& out);
   QX_Error Expression(Tree& out);
   QX_Error Conditional(Tree& out);
-  QX_Error Disjunction(Tree& out);
-  QX_Error Conjunction(Tree& out);
-  QX_Error Comparison(Tree& out);
-  QX_Error Concatenation(Tree& out);
-  QX_Error Sum(Tree& out);
-  QX_Error Product(Tree& out);
+  // The binary operators of one binding level and all stronger ones.
+  QX_Error Binary(Tree& out, int level);
   QX_Error Unary(Tree& out);
   QX_Error Operand(Tree& out);
   QX_Error FieldByNumber(Tree& out);
