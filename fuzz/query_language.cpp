@@ -72,7 +72,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::ostringstream printed;
     query->PrintTree(printed);
   }
-  // Global variables outlive the query; keep what a run leaves behind small.
-  QX_GlobalSymbols().ResetVariables();
+  // Global definitions outlive the query; drop them so that runs do not pile up names and values.
+  query.reset();
+  QX_GlobalSymbols().Clear();
   return 0;
 }

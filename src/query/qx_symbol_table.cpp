@@ -149,11 +149,16 @@ void QX_SymbolTable::EnterKeywords() {
   for (const auto& k : kTrailing) Enter(k.name, k.code, nullptr);
 }
 
-void QX_SymbolTable::ResetVariables() {
-  for (QX_VariableDef* v = variables; v != nullptr; v = v->next) {
-    delete v->value;
-    v->value = new QX_NumExpr(0);
-  }
+void QX_SymbolTable::Clear() {
+  for (QX_VariableDef* v = variables; v != nullptr; v = v->next) delete v->value;
+  functions = nullptr;
+  variables = nullptr;
+  fields = nullptr;
+  functionCount = variableCount = fieldCount = symbolCount = 0;
+  arena.FreeAll();
+  buckets = static_cast<QX_Symbol**>(arena.Alloc(bucketCount * sizeof(QX_Symbol*)));
+  if (buckets == nullptr) throw std::bad_alloc();
+  if (globalTable == nullptr) EnterKeywords();
 }
 
 QX_SymbolTable& QX_GlobalSymbols() {

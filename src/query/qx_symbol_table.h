@@ -73,8 +73,9 @@ class QX_SymbolTable {
 
   // Enters the keywords and math function names; entering them again changes nothing.
   void EnterKeywords();
-  // Sets every variable of this table back to the number 0 (for hosts that run untrusted texts).
-  void ResetVariables();
+  // Drops every definition and gives the arena back; the global table keeps its keywords. No
+  // tree that refers to the dropped definitions may still be alive.
+  void Clear();
 
   uint32_t FunctionCount() const { return functionCount; }
   uint32_t VariableCount() const { return variableCount; }

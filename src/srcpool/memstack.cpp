@@ -25,4 +25,10 @@ void* memstack::AllocSlow(uint32_t size) {
   return segment;
 }
 
+void memstack::FreeAll() {
+  memman::FreeAll();
+  cursor = nullptr;
+  remaining = 0;
+}
+
 }  // namespace verdal::srcpool

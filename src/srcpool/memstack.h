@@ -24,6 +24,8 @@ class memstack : public memman {
     return AllocSlow(size);
   }
   void* AllocSlow(uint32_t size);
+  // Frees every segment; the next allocation starts a new one.
+  void FreeAll();
 
   uint32_t SegmentSize() const { return segmentSize; }
   uint32_t KeepLimit() const { return keepLimit; }

@@ -81,3 +81,23 @@ TEST(QxSymbolTable, DefinitionsLocalAndGlobal) {
   // The names live in the table's arena: the bucket array took a block of its own.
   EXPECT_GT(local.Arena().UsedMem(), 512u * sizeof(void*));
 }
+
+TEST(QxSymbolTable, ClearDropsDefinitionsAndKeepsKeywordsOfAGlobalTable) {
+  QX_SymbolTable shared(QX_SymbolTable::kGlobalBuckets, nullptr);
+  shared.EnterKeywords();
+  const uint32_t keywords = shared.SymbolCount();
+  EXPECT_EQ(keywords, 4u + 18u + 9u);
+  QX_SymbolTable local(QX_SymbolTable::kLocalBuckets, &shared);
+  ASSERT_EQ(local.DefineVariable("g", true, QX_StrExpr::Copy("wert", 4), nullptr), nullptr);
+  ASSERT_EQ(local.DefineField("f", false, 1), nullptr);
+  ASSERT_NE(local.Lookup("g"), nullptr);
+
+  shared.Clear();
+  local.Clear();
+  EXPECT_EQ(local.Lookup("g"), nullptr);
+  EXPECT_EQ(local.Lookup("f"), nullptr);
+  EXPECT_EQ(shared.SymbolCount(), keywords);
+  EXPECT_EQ(local.Lookup("while")->code, kTokWhile);
+  EXPECT_EQ(local.DefineField("f", false, 2), nullptr);
+  EXPECT_EQ(static_cast<QX_FieldDef*>(local.Lookup("f")->definition)->index, 2);
+}

@@ -61,6 +61,12 @@ TEST(Memstack, RegularSegmentsOversizedBlocksAndTheCursor) {
   auto* next = static_cast<unsigned char*>(s.Alloc(4));
   EXPECT_EQ(s.Remaining(), 1012u);
   EXPECT_EQ(s.Cursor(), next + 4);
+
+  s.FreeAll();
+  EXPECT_EQ(s.UsedMem(), 0u);
+  EXPECT_EQ(s.Remaining(), 0u);
+  ASSERT_NE(s.Alloc(4), nullptr);
+  EXPECT_EQ(s.UsedMem(), 1024u);
 }
 
 TEST(Memstack, KeepLimitSendsRequestsToOwnBlocksWhileTheTailIsLarge) {
