@@ -140,6 +140,21 @@ typedef struct TDBFieldParams {
   const char* hostText2;
 } TDBFieldParams;
 
+/* The facts of one node that VERDAL_GetCategoryInfo gives. Every out pointer may be null: that
+ * fact is then not worked out. */
+typedef struct TDBCategoryQuery {
+  int32_t viewIndex;       /* in: the view, 0 for the main tree */
+  int32_t onlyExpanded;    /* in: a closed node shows no children */
+  int32_t* isCategory;
+  char* name;              /* a record's title, a category's shown name */
+  int32_t nameSize;        /* in: bytes in name; 0 for room enough */
+  int32_t* expanded;
+  int32_t* parent;         /* -1 at the top level */
+  int32_t* depth;          /* 0 at the top level */
+  int32_t* row;            /* the number by the view's mode */
+  int32_t* visibleChildren;
+} TDBCategoryQuery;
+
 /* Local time as the engine stores it. Day of week 0 is Sunday. */
 typedef struct VerdalLocalTime {
   uint16_t year, month, dayOfWeek, day, hour, minute, second, millisecond;
@@ -162,6 +177,9 @@ _Static_assert(sizeof(TDBFieldParams) == 58 + 9 * sizeof(void*), "field record: 
 /* The answer is the low byte of the result: nonzero allows, zero vetoes (reasons 1 and 3). */
 typedef int32_t (*VerdalNotifyFn)(intptr_t user, VerdalNotification* record);
 typedef void (*VerdalPathMapperFn)(char path[260]);
+/* Called for each shown node of a tree walk; returns the seed for that node's children. */
+typedef intptr_t (*VerdalTreeFn)(intptr_t parentSeed, int32_t cursor, int32_t depth, int32_t number,
+                                 intptr_t user);
 
 /* Pool and errors. */
 VERDAL_API int32_t VERDAL_GetLastError(void);
@@ -182,6 +200,13 @@ VERDAL_API void VERDAL_SetTryResolveDBReferencesLocal(int32_t enable);
 VERDAL_API VerdalHandle VERDAL_OpenDB(const char* fileName, const char* password, int32_t noSearch,
                                       int32_t search, const char* searchFolder, int32_t sizeClass,
                                       int32_t readOnly, int32_t refuseReadOnly);
+/* Reads the file again (null or the database's own name), or switches the database to another
+ * file. 1, or 0 (code 25 when the file could not be read). */
+VERDAL_API int32_t VERDAL_Load(VerdalHandle db, const char* fileName, int32_t refuseReadOnly);
+/* Null, empty or the own name: saves over the database's file so that a failure leaves the old
+ * file whole (and the previous version in the ".bak" beside it). Another name: writes a copy
+ * there; the database stays on its own file. 1, or 0. */
+VERDAL_API int32_t VERDAL_Save(VerdalHandle db, const char* fileName);
 VERDAL_API int32_t VERDAL_CloseDB(VerdalHandle db);
 VERDAL_API int32_t VERDAL_CloseDBByFileName(const char* fileName);
 VERDAL_API int32_t VERDAL_GetDBProperties(VerdalHandle db, VerdalDBProperties* properties);
@@ -255,6 +280,32 @@ VERDAL_API int32_t VERDAL_Seek(VerdalHandle db, int32_t cursor, int32_t count, i
 VERDAL_API int32_t VERDAL_MoveChild(VerdalHandle db, int32_t cursor, int32_t target, int32_t kinds);
 /* No pseudo cursors. */
 VERDAL_API int32_t VERDAL_IsChildOf(VerdalHandle db, int32_t cursor, int32_t other);
+
+/* The tree of a view. */
+/* Calls back for each shown node below the start (-1: the root), parents before children.
+ * 1; -1 bad handle, -3 bad view, -2 start not in the view. The last error is left alone. */
+VERDAL_API int32_t VERDAL_BuildCategoryTree(VerdalHandle db, intptr_t seed, VerdalTreeFn callback,
+                                            intptr_t user, int32_t viewIndex, int32_t startCursor);
+/* Real cursors and VERDAL_CURSOR_ROOT only. */
+VERDAL_API int32_t VERDAL_GetCategoryInfo(VerdalHandle db, int32_t cursor, TDBCategoryQuery* query);
+/* The places below a node as an array the engine allocates (one entry more than the count; give
+ * it back with VERDAL_GetCategoryDeleteChildList). kinds -1 takes the view's mode. With a null
+ * count only the cursor is checked. A filter text selects with the query language (code 13 when
+ * it fails). */
+VERDAL_API int32_t VERDAL_GetCategoryChildList(VerdalHandle db, int32_t cursor, int32_t viewIndex,
+                                               int32_t reverse, int32_t recurse,
+                                               int32_t onlyExpanded, int32_t* count,
+                                               int32_t** cursors, int32_t kinds,
+                                               const char* filter, int32_t includeStart);
+VERDAL_API void VERDAL_GetCategoryDeleteChildList(int32_t* cursors);
+/* Name, open state and parent of a node; null pointers leave that part alone. mode 1 moves into a
+ * category, 2 beside the target, other values into the target. Code 19 when the move is refused. */
+VERDAL_API int32_t VERDAL_SetCategoryInfo(VerdalHandle db, int32_t cursor, const char* name,
+                                          const int32_t* expanded, const int32_t* newParent,
+                                          const int32_t* position, int32_t mode,
+                                          int32_t* positionOut, int32_t checkOnly,
+                                          int32_t viewIndex);
+VERDAL_API int32_t VERDAL_HasCategories(VerdalHandle db);
 
 /* Views. */
 VERDAL_API int32_t VERDAL_CreateView(VerdalHandle db, const char* name, int32_t mode);

@@ -1,5 +1,7 @@
 #include "BASE_SOURCE/fileex.h"
 
+#include "platform/fault.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -8,6 +10,8 @@
 #include <cerrno>
 #include <climits>
 #include <string>
+
+#include "platform/fault.h"
 
 namespace verdal {
 
@@ -99,7 +103,13 @@ int32_t TFileEx::Read(void* buffer, int32_t count) {
 }
 
 int32_t TFileEx::Write(const void* buffer, int32_t count) {
+  if (platform::InjectFault(platform::FaultSite::kWrite)) throw TReadWriteException();
   return TransferExactly(fd_, static_cast<const char*>(buffer), count, ::write);
+}
+
+bool TFileEx::Sync() {
+  if (!IsOpen() || platform::InjectFault(platform::FaultSite::kSync)) return false;
+  return ::fsync(fd_) == 0;
 }
 
 bool TFileEx::SetLength(int32_t length) {

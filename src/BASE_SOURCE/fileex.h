@@ -55,6 +55,8 @@ class TFileEx : public TBaseFile {
   int32_t Read(void* buffer, int32_t count) override;
   int32_t Write(const void* buffer, int32_t count) override;
   bool IsOpen() override { return fd_ >= 0; }
+  // Forces what was written to the disk; false if that failed.
+  bool Sync();
   bool SetLength(int32_t length) override;
   int32_t GetLength() override;
   // An exclusive lock on a writable descriptor, a shared one on a read-only descriptor. A count of

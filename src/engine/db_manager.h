@@ -2,9 +2,11 @@
 // One open database: its store, its file, its envelope settings and its SQL binding. A plain
 // class; its handle is an id from the handle table, issued when it is made.
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "BASE_SOURCE/fileex.h"
 #include "model/node_store.h"
 
 namespace verdal::engine {
@@ -20,13 +22,23 @@ class TDBManager {
 
   uint32_t Handle() const { return handle_; }
 
-  // The inner open: a null or empty name closes the file and goes on in memory.
+  // The inner open: a null or empty name closes the file and goes on in memory. A new file is
+  // written at once; an existing one is read (code 25 when that fails, 26 when writing fails).
   bool Open(const char* fileName, bool create, bool readOnly, bool refuseReadOnly);
   // The inner close: saves what is dirty, drops the SQL binding and the file.
   void Close();
+  // Writes the database over its file so that a failure at any step leaves the old file or the
+  // new one under the name, and the old one in the backup. True without work for a database that
+  // is read-only, imported or has no file.
+  bool SafeSave();
+  // Writes a copy under another name; the database stays on its own file and stays dirty.
+  bool SaveCopy(const char* name);
+  // Reads the open file again; false (code 25) when that fails.
+  bool Reload();
 
   void MarkDirty() { dirty = true; }
 
+  std::unique_ptr<TFileEx> file;  // stays open between saves; null for a database in memory
   model::NodeStore store;
   int16_t version = 13;
   uint32_t reservedWord = 0;

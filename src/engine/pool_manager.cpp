@@ -67,6 +67,11 @@ bool TDBPoolManager::Remove(uint32_t handle, bool close) {
   return true;
 }
 
+void TDBPoolManager::Rename(uint32_t handle, const char* name) {
+  for (size_t i = 0; i < handles_.size(); ++i)
+    if (handles_[i] == handle) names_[i] = Trimmed(name != nullptr ? name : "");
+}
+
 void TDBPoolManager::CloseAll() {
   if (!handles_.empty()) platform::Trace("TDBPoolManager::CloseAll(), removing:");
   while (!handles_.empty()) {

@@ -26,6 +26,8 @@ class TDBPoolManager {
   uint32_t Add(const char* name, uint32_t handle);
   // Takes the handle out; with close set the database is destroyed as well.
   bool Remove(uint32_t handle, bool close);
+  // The database now stands under another file name (trimmed).
+  void Rename(uint32_t handle, const char* name);
   // Destroys every database, first opened first, each through its full close.
   void CloseAll();
 

@@ -37,16 +37,23 @@ bool CountFits(TBaseFile& f, int64_t count, int64_t minBytes) {
   return count >= 0 && count * minBytes <= BytesLeft(f);
 }
 
+// A local time is eight little-endian 16-bit values, moved as one block of 16 bytes.
 void WriteTime(const platform::LocalTime& t, TBaseFile& f) {
-  for (uint16_t v : {t.year, t.month, t.dayOfWeek, t.day, t.hour, t.minute, t.second, t.millisecond})
-    WriteUInt16(v, f);
+  uint8_t bytes[16];
+  const uint16_t values[8] = {t.year, t.month, t.dayOfWeek, t.day, t.hour, t.minute, t.second, t.millisecond};
+  for (int i = 0; i < 8; ++i) {
+    bytes[2 * i] = static_cast<uint8_t>(values[i]);
+    bytes[2 * i + 1] = static_cast<uint8_t>(values[i] >> 8);
+  }
+  f.Write(bytes, sizeof bytes);
 }
 
 platform::LocalTime ReadTime(TBaseFile& f) {
-  platform::LocalTime t{};
-  for (uint16_t* v : {&t.year, &t.month, &t.dayOfWeek, &t.day, &t.hour, &t.minute, &t.second, &t.millisecond})
-    *v = ReadUInt16(f);
-  return t;
+  uint8_t bytes[16];
+  if (f.Read(bytes, sizeof bytes) != sizeof bytes) throw TReadWriteException();
+  uint16_t v[8];
+  for (int i = 0; i < 8; ++i) v[i] = static_cast<uint16_t>(bytes[2 * i] | (bytes[2 * i + 1] << 8));
+  return platform::LocalTime{v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7]};
 }
 
 // Writes a count of 0, lets write() put the objects and count them, then patches the count.

@@ -139,7 +139,8 @@ void BuildView(NodeStore& store, int32_t viewIndex, std::vector<TDBCategoryData*
     if (viewIndex == 0) place->node = node;
     int32_t index = AddChild(parent, node, place->position, live);
     if (index < 0) index = AddChild(&view.root, node, -1, live);  // a record named as parent
-    LinkSiblings(node->parent, index);
+    // The bulk path leaves sibling links to the compaction that ends it.
+    if (live) LinkSiblings(node->parent, index);
   };
 
   // Handles one place; false leaves it on the list for a later pass.

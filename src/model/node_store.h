@@ -59,8 +59,9 @@ TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int3
 TDBCategoryData* CreatePlace(NodeStore& store, int32_t categoryId, int32_t dataId, bool isCategory,
                              bool temporary);
 
-// Makes nodes for the places in every view. Live inserts renumber each view as they go; the bulk
-// path (live off) leaves compaction and numbering to Renumber.
+// Makes nodes for the places in every view. Live inserts link siblings and note the change of
+// numbers as they go; the bulk path (live off) leaves sibling links, compaction and numbering to
+// Renumber, which must follow it.
 void AttachPlaces(NodeStore& store, const std::vector<TDBCategoryData*>& list, bool live);
 
 // The same, for one view only.

@@ -39,4 +39,55 @@ bool IsBelowOrSelf(const TDBNode* node, const TDBNode* ancestor) {
   return false;
 }
 
+int32_t MoveNode(NodeStore& store, TDBNode* node, TDBNode* target, int32_t mode, int32_t& position,
+                 bool checkOnly) {
+  TDBNode& root = store.MainView().root;
+  if (node == nullptr || node->place == nullptr) return 0;
+  if (target == nullptr) target = &root;
+  if (mode == kMoveInto && !target->isCategory) return -2;
+  if (target == node || IsBelowOrSelf(target, node)) return -3;
+  if (mode == kMoveBeside) {
+    if (target->parent == nullptr) return -5;
+    position = target->parent->IndexOf(target);
+    target = target->parent;
+  }
+  if (node->parent == nullptr) return -5;
+  int32_t former = node->parent->IndexOf(node);
+  if (former < 0) return -6;
+  if (checkOnly) return 1;
+
+  TDBNode* formerParent = node->parent;
+  TDBCategoryData* place = node->place;
+  const TDBCategoryData* targetPlace = target == &root ? &RootPlace() : target->place;
+  std::vector<TDBNode*> nodes = NodesInViews(store, place);
+  DetachPlace(store, place->cursor);
+  int32_t index = targetPlace != nullptr ? AddToViews(store, targetPlace, nodes, position, true) : -1;
+  if (index < 0) {
+    // Back where it stood, in the main tree; the other views follow at the next build.
+    LinkSiblings(formerParent, AddChild(formerParent, node, former, true));
+    return -7;
+  }
+  position = index;
+  place->position = index;
+  if (TDBNode* next = node->next; next != nullptr && next->place != nullptr) next->place->position = index + 1;
+  SetStoredParent(store, place, targetPlace);
+  return 1;
+}
+
+bool SetNodeText(NodeStore& store, int32_t cursor, const char* text, bool both) {
+  TDBCategoryData* place = store.places.Find(cursor);
+  if (place == nullptr || text == nullptr) return false;
+  if (!place->isCategory) {
+    TDBDataRecord* data = store.data.Find(place->dataId);
+    if (data == nullptr) return false;
+    data->title = text;
+    return true;
+  }
+  TDBCategoryRecord* rec = store.categories.Find(place->categoryId);
+  if (rec == nullptr) return false;
+  rec->displayName = text;
+  if (both) rec->name = text;
+  return true;
+}
+
 }  // namespace verdal::model

@@ -1,11 +1,16 @@
 #include "platform/file_system.h"
 
+#include "platform/fault.h"
+
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <strings.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstring>
+#include <vector>
 
 namespace verdal::platform {
 namespace {
@@ -77,6 +82,111 @@ std::string FileNamePart(const char* name) {
   std::string s = name != nullptr ? name : "";
   size_t slash = s.find_last_of("/\\");
   return slash == std::string::npos ? s : s.substr(slash + 1);
+}
+
+namespace {
+
+constexpr size_t kBlock = 64000;
+
+// Forces a folder's entries to disk, so a rename or a new file survives a crash.
+void SyncFolder(const std::string& path) {
+  int fd = ::open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY);
+  if (fd < 0) return;
+  ::fsync(fd);
+  ::close(fd);
+}
+
+bool SameFile(const std::string& a, const std::string& b) {
+  struct stat sa {}, sb {};
+  return ::stat(a.c_str(), &sa) == 0 && ::stat(b.c_str(), &sb) == 0 && sa.st_dev == sb.st_dev &&
+         sa.st_ino == sb.st_ino;
+}
+
+bool WriteAll(int fd, const char* data, size_t size) {
+  while (size > 0) {
+    if (InjectFault(FaultSite::kWrite)) return false;
+    ssize_t n = ::write(fd, data, size);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) return false;
+    data += n;
+    size -= static_cast<size_t>(n);
+  }
+  return true;
+}
+
+}  // namespace
+
+bool CopyFile(const char* from, const char* to) {
+  std::string source = NativePath(from), target = NativePath(to);
+  if (SameFile(source, target)) return true;
+  if (InjectFault(FaultSite::kCopy)) return false;
+  int in = ::open(source.c_str(), O_RDONLY);
+  if (in < 0) return false;
+  // The copy is made beside the target and renamed onto it, so the target is never half written.
+  size_t slash = target.find_last_of('/');
+  size_t at = slash == std::string::npos ? 0 : slash + 1;
+  std::string partial = target.substr(0, at) + "~" + target.substr(at);
+  int out = ::open(partial.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
+  bool ok = out >= 0;
+  std::vector<char> buffer(kBlock);
+  while (ok) {
+    ssize_t n = ::read(in, buffer.data(), buffer.size());
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) ok = false;
+    if (n <= 0) break;
+    ok = WriteAll(out, buffer.data(), static_cast<size_t>(n));
+  }
+  if (out >= 0) {
+    if (ok) ok = !InjectFault(FaultSite::kSync) && ::fsync(out) == 0;
+    if (::close(out) != 0) ok = false;
+  }
+  ::close(in);
+  if (ok) ok = RenameFile(partial.c_str(), target.c_str());
+  if (!ok) ::unlink(partial.c_str());
+  return ok;
+}
+
+bool RenameFile(const char* from, const char* to) {
+  std::string source = NativePath(from), target = NativePath(to);
+  if (InjectFault(FaultSite::kRename) || ::rename(source.c_str(), target.c_str()) != 0) return false;
+  SyncFolder(target);
+  return true;
+}
+
+FileToWipe::FileToWipe(const char* name) {
+  std::string path = NativePath(name);
+  struct stat st {};
+  if (::stat(path.c_str(), &st) != 0 || S_ISDIR(st.st_mode)) return;
+  MakeWritable(name);
+  fd_ = ::open(path.c_str(), O_WRONLY);
+}
+
+FileToWipe::~FileToWipe() {
+  if (fd_ >= 0) ::close(fd_);
+}
+
+bool FileToWipe::Wipe() {
+  struct stat st {};
+  if (fd_ < 0 || ::fstat(fd_, &st) != 0) return false;
+  std::vector<char> blanks(kBlock, ' ');
+  bool ok = true;
+  for (off_t left = st.st_size; left > 0 && ok;) {
+    size_t n = static_cast<size_t>(left) < blanks.size() ? static_cast<size_t>(left) : blanks.size();
+    ok = WriteAll(fd_, blanks.data(), n);  // a short write ends the wiping
+    left -= static_cast<off_t>(n);
+  }
+  ::fsync(fd_);
+  return ok;
+}
+
+bool WipeFile(const char* name) {
+  {
+    FileToWipe file(name);
+    if (!file.IsOpen()) return false;
+    file.Wipe();
+  }
+  if (InjectFault(FaultSite::kDelete)) return false;
+  return ::unlink(NativePath(name).c_str()) == 0;
 }
 
 }  // namespace verdal::platform

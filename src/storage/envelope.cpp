@@ -75,11 +75,23 @@ bool FinishHeader(const engine::TDBManager& db, TBaseFile& file, int32_t flagsAt
   return true;
 }
 
-// The body straight into the file: no compression, no cipher.
+// The body without compression or cipher. It is put together in memory and written in one piece:
+// the body writer's many small writes would each be a system call on a disk file. Where memory
+// fails, it goes straight into the file.
 bool WritePlain(engine::TDBManager& db, TBaseFile& file, const BodyCodec& body, int32_t flagsAt,
                 int32_t payloadAt) {
   SeekTo(file, payloadAt);
-  if (!body.write(db, file)) return false;
+  bool inMemory = false;
+  try {
+    TMemFile mem(kFirstBlock);
+    if (mem.IsOpen() && body.write(db, mem)) {
+      file.Write(mem.Data(), mem.GetLength());
+      inMemory = true;
+    }
+  } catch (const TMemFileReadWriteException&) {
+    SeekTo(file, payloadAt);
+  }
+  if (!inMemory && !body.write(db, file)) return false;
   const uint32_t written = static_cast<uint32_t>(file.Tell() - payloadAt);
   db.plainLength = written;
   db.storedLength = written;
@@ -245,7 +257,24 @@ bool ReadEnvelopeOrThrow(engine::TDBManager& db, TBaseFile& file, const BodyCode
   if (db.version >= kCursorSince) db.store.currentCursor = ReadInt32(file);
   if (db.version >= kRootExpandedSince) db.store.rootExpanded = ReadBool(file);
 
-  if (!db.compressed && !db.enciphered) return body.read(db, file);
+  if (!db.compressed && !db.enciphered) {
+    // A plain payload that fills the rest of the file is read in one piece and parsed in memory;
+    // anything else is parsed from the file as it stands.
+    const int64_t at = file.Tell(), rest = int64_t{file.GetLength()} - at;
+    if (at < 0 || rest != int64_t{db.plainLength} || uint64_t(rest) * 2 > AvailableMemory())
+      return body.read(db, file);
+    TMemFile mem(static_cast<int32_t>(rest));
+    if (!mem.IsOpen()) return body.read(db, file);
+    std::vector<uint8_t> chunk(1 << 20);
+    for (int64_t left = rest; left > 0;) {
+      const int32_t n = static_cast<int32_t>(std::min<int64_t>(left, static_cast<int64_t>(chunk.size())));
+      file.Read(chunk.data(), n);
+      mem.Write(chunk.data(), n);
+      left -= n;
+    }
+    mem.Seek(0);
+    return body.read(db, mem);
+  }
 
   // Lengths from the file are believed only as far as the file and memory can back them.
   const int64_t at = file.Tell(), fileLength = file.GetLength();

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "BASE_SOURCE/memfile.h"
-#include "support/byte_builder.h"
+#include "support/mem_bytes.h"
 #include "model/data_type_io.h"
 
 using namespace verdal;

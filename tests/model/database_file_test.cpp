@@ -12,7 +12,7 @@
 #include "model/cursor.h"
 #include "model/database_file.h"
 #include "model/fields.h"
-#include "support/byte_builder.h"
+#include "support/mem_bytes.h"
 
 using namespace verdal;
 using model::kDataRecordMark;
@@ -40,7 +40,7 @@ std::vector<uint8_t> WriteBodyOf(engine::TDBManager& db) {
 }
 
 bool ReadBodyInto(engine::TDBManager& db, const Bytes& bytes) {
-  auto f = bytes.File();
+  auto f = test_support::FileOf(bytes);
   return model::ReadBody(db, *f);
 }
 

@@ -1,10 +1,9 @@
 #pragma once
-// Builds expected file bytes by hand, field by field, as the format tables describe them.
+// Builds expected file bytes by hand, field by field, as the format tables describe them. Plain
+// C++ only, so that tests through the C interface can use it too.
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include "BASE_SOURCE/memfile.h"
 
 namespace verdal::test_support {
 
@@ -28,17 +27,6 @@ struct Bytes {
     b.insert(b.end(), other.b.begin(), other.b.end());
     return *this;
   }
-  // A memory file holding these bytes, positioned at 0.
-  std::unique_ptr<TMemFile> File() const {
-    auto f = std::make_unique<TMemFile>(static_cast<int32_t>(b.size()) + 16);
-    f->Write(b.data(), static_cast<int32_t>(b.size()));
-    f->Seek(0);
-    return f;
-  }
 };
-
-inline std::vector<uint8_t> Contents(TMemFile& f) {
-  return std::vector<uint8_t>(f.Data(), f.Data() + f.GetLength());
-}
 
 }  // namespace verdal::test_support

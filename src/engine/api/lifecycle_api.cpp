@@ -1,4 +1,6 @@
 // Exported functions that open, close and describe databases.
+#include <strings.h>
+
 #include <cstring>
 #include <vector>
 
@@ -61,6 +63,23 @@ VERDAL_API int32_t VERDAL_CloseDBByFileName(const char* fileName) {
       return 0;
     }
     return engine::CloseDatabase(handle) ? 1 : 0;
+  });
+}
+
+VERDAL_API int32_t VERDAL_Load(VerdalHandle handle, const char* fileName, int32_t refuseReadOnly) {
+  return api::WithDatabase("VERDAL_Load", handle, 0, Judge::kResult, [&](engine::TDBManager& db) -> int32_t {
+    if (fileName == nullptr || strcasecmp(fileName, db.fileName.c_str()) == 0) return db.Reload() ? 1 : 0;
+    if (!db.Open(fileName, false, db.readOnly, refuseReadOnly != 0)) return 0;
+    engine::Pool().Rename(handle, fileName);
+    return 1;
+  });
+}
+
+VERDAL_API int32_t VERDAL_Save(VerdalHandle handle, const char* fileName) {
+  return api::WithDatabase("VERDAL_Save", handle, 0, Judge::kResult, [&](engine::TDBManager& db) -> int32_t {
+    if (fileName == nullptr || *fileName == '\0' || strcasecmp(fileName, db.fileName.c_str()) == 0)
+      return db.SafeSave() ? 1 : 0;
+    return db.SaveCopy(fileName) ? 1 : 0;
   });
 }
 

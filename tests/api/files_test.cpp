@@ -1,0 +1,221 @@
+// Databases on disk through the C interface: the file's bytes, opening, reopening, saving and
+// closing.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <string>
+#include <thread>
+
+#include "field_helpers.h"
+#include "support/byte_builder.h"
+#include "temp_folder.h"
+#include "verdal.h"
+
+using verdal::test_support::Bytes;
+
+namespace {
+
+constexpr uint32_t kSectionMark = 0x41524D59;
+constexpr uint32_t kDataMark = 0x0427EEF3;
+
+VerdalHandle Open(const std::string& name, int readOnly = 0, int refuse = 0) {
+  return VERDAL_OpenDB(name.c_str(), nullptr, 1, 0, nullptr, 1, readOnly, refuse);
+}
+
+class Files : public ::testing::Test {
+ protected:
+  void TearDown() override { VERDAL_CloseAllDBs(); }
+  TempFolder dir;
+};
+
+// The bytes of one data record as the format table gives them, from what the interface tells.
+Bytes DataRecord(VerdalHandle db, int32_t cursor, const char* title, const char* value) {
+  VerdalLocalTime created, changed;
+  int32_t modified = 0;
+  char id[37];
+  VERDAL_GetInternalData(db, cursor, &created, &changed, &modified, id);
+  Bytes r;
+  r.I32(cursor == 0 ? 0 : 1).I32(1);  // data ids follow the order of creation here
+  for (const VerdalLocalTime* t : {&changed, &created})
+    for (uint16_t v : {t->year, t->month, t->dayOfWeek, t->day, t->hour, t->minute, t->second, t->millisecond})
+      r.Le(v, 2);
+  r.U8(static_cast<uint8_t>(modified)).Str(id).Str(title).I32(1).Str(value);
+  Bytes whole;
+  whole.Le(kDataMark, 4).U8(2).I32(static_cast<int32_t>(r.b.size()) + 4).Append(r);
+  return whole;
+}
+
+}  // namespace
+
+TEST_F(Files, ASavedDatabaseIsTheFileTheFormatDescribes) {
+  std::string name = dir / "klein.dbd";
+  VerdalHandle db = Open(name);
+  ASSERT_NE(db, 0u);
+  AddField(db, "Name", 0);
+  int32_t c = VERDAL_AddCategory(db, -1, "K");
+  int32_t r = VERDAL_AddRecord(db, c, "T", 0, "Eva", 0, 0, nullptr);
+  ASSERT_EQ(VERDAL_Save(db, nullptr), 1);
+  char identifier[37];
+  VERDAL_GetDBIdentifier(db, identifier);
+
+  Bytes body;
+  body.I32(1).I32(2).I32(2);
+  body.I16(1).Le(kSectionMark, 4).I32(1).I32(0).Str("Name").I16(0).U8(0).U8(1);
+  body.I32(4).Le(0, 4).I16(0).I16(0).Le(0, 4).I32(-1).I16(2);  // the text field's type
+  body.Ext(0, 0).Ext(0, 0).U8(0).U8(0).U8(0).Ext(0, 0).Ext(0, 0).U8(0).U8(0).U8(1).U8(1).U8(0);
+  body.Str("%d.%m.%Y").Str("").Str("").Str("").Str("").Str("").U8(0).U8(0).U8(0).Str("");
+  body.Str("");  // display name
+  body.Le(kDataMark, 4).I32(1).Str("").I32(0).Str("").I32(0).U8(1).Str("").I32(0);
+  for (int i = 0; i < 5; ++i) body.Le(kDataMark, 4).I32(1).Str("").I32(0);
+  body.I32(1).Le(kSectionMark, 4).I32(0).I32(-1).I32(0).U8(0).Str("K").Str("K");
+  body.I32(2).Append(DataRecord(db, c, "", "")).Append(DataRecord(db, r, "T", "Eva"));
+  body.I32(2);
+  body.Le(kSectionMark, 4).I32(c).I32(0).I32(0).U8(1).I32(0).I16(3).I32(-1).I32(-1).I32(-1);
+  body.Le(kSectionMark, 4).I32(r).I32(0).I32(1).U8(0).I32(0).I16(3).I32(-1).I32(-1).I32(-1);
+  body.Le(kSectionMark, 4);
+  Bytes file;
+  file.Le(kSectionMark, 4).I16(13).I32(0).U8(0).U8(0);
+  file.I32(static_cast<int32_t>(body.b.size())).I32(static_cast<int32_t>(body.b.size()));
+  file.Str(identifier).I32(r).U8(1).Append(body);
+  EXPECT_EQ(TempFolder::Read(name), file.b);
+
+  // And the bytes read back into the same database.
+  VERDAL_CloseDB(db);
+  db = Open(name);
+  EXPECT_STREQ(VERDAL_GetData(db, 0, r, 1, 0), "Eva");
+  EXPECT_EQ(VERDAL_Seek(db, VERDAL_CURSOR_CURRENT, 0, 0, 0, 1, nullptr, 3), r);
+}
+
+TEST_F(Files, OpeningTheSameNameGivesTheSameDatabase) {
+  std::string name = dir / "a.dbd";
+  VerdalHandle first = Open(name);
+  ASSERT_NE(first, 0u);
+  EXPECT_EQ(Open(dir.path() + "/A.DBD  "), first);  // letter case and blanks do not matter
+  EXPECT_EQ(VERDAL_GetDBCount(), 1);
+  VERDAL_CloseDB(first);
+
+  // First read-only, then writable: the same database becomes writable.
+  VerdalHandle ro = Open(name, 1);
+  VerdalDBProperties props;
+  VERDAL_GetDBProperties(ro, &props);
+  EXPECT_EQ(props.readOnly, 1);
+  EXPECT_EQ(Open(name), ro);
+  VERDAL_GetDBProperties(ro, &props);
+  EXPECT_EQ(props.readOnly, 0);
+  EXPECT_STREQ(props.fileName, name.c_str());
+}
+
+TEST_F(Files, AReadOnlyDatabaseSeesChangesOnlyAfterTwoSeconds) {
+  std::string name = dir / "geteilt.dbd";
+  VerdalHandle writer = Open(name);
+  AddField(writer, "Name", 0);
+  VERDAL_CloseDB(writer);
+  VerdalHandle reader = Open(name, 1);
+  ASSERT_NE(reader, 0u);
+  EXPECT_EQ(VERDAL_GetFieldSize(reader), 1);
+  // Another process changes the file: here a copy written elsewhere and moved over it.
+  std::string other = dir / "anders.dbd";
+  VerdalHandle copy = Open(other);
+  AddField(copy, "Name", 0);
+  AddField(copy, "Ort", 0);
+  VERDAL_CloseDB(copy);
+  ASSERT_EQ(rename(other.c_str(), name.c_str()), 0);
+  EXPECT_EQ(Open(name, 1), reader);  // within 2000 ms: the same, unchanged
+  std::this_thread::sleep_for(std::chrono::milliseconds(2100));
+  VerdalHandle fresh = Open(name, 1);
+  ASSERT_NE(fresh, 0u);
+  EXPECT_NE(fresh, reader);
+  EXPECT_EQ(VERDAL_GetFieldSize(fresh), 2);
+  EXPECT_EQ(VERDAL_GetFieldSize(reader), 0);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_HANDLE);  // the old one is gone
+}
+
+TEST_F(Files, SearchingLongNamesAndMissingFiles) {
+  VerdalHandle made = Open(dir / "gesucht.dbd");
+  VERDAL_CloseDB(made);
+  VerdalHandle found = VERDAL_OpenDB("gesucht.dbd", nullptr, 0, 1, dir.path().c_str(), 1, 0, 0);
+  ASSERT_NE(found, 0u);
+  VerdalDBProperties props;
+  VERDAL_GetDBProperties(found, &props);
+  EXPECT_EQ(std::string(props.fileName), dir / "gesucht.dbd");
+
+  std::string longName = dir.path() + "/" + std::string(260, 'x') + ".dbd";
+  EXPECT_EQ(VERDAL_OpenDB(longName.c_str(), nullptr, 0, 0, nullptr, 1, 1, 0), 0u);  // missing
+  EXPECT_EQ(Open(dir / "fehlt.dbd", 1), 0u);  // read-only: never created
+  EXPECT_FALSE(std::ifstream(dir / "fehlt.dbd").good());
+}
+
+TEST_F(Files, AMemoryDatabaseSavesACopyAndStaysInMemory) {
+  VerdalHandle mem = VERDAL_OpenDB(nullptr, nullptr, 0, 0, nullptr, 1, 0, 0);
+  AddField(mem, "Name", 0);
+  VERDAL_AddRecord(mem, -1, "r", 0, "Otto", 0, 0, nullptr);
+  std::string name = dir / "kopie.dbd";
+  ASSERT_EQ(VERDAL_Save(mem, name.c_str()), 1);
+  VerdalDBProperties props;
+  VERDAL_GetDBProperties(mem, &props);
+  EXPECT_STREQ(props.fileName, "");
+  VerdalHandle copy = Open(name);
+  ASSERT_NE(copy, 0u);
+  EXPECT_NE(copy, mem);
+  EXPECT_STREQ(VERDAL_GetData(copy, 0, VERDAL_CURSOR_FIRST, 1, 0), "Otto");
+}
+
+TEST_F(Files, SavesKeepTheOldVersionInTheBackupEvenIfItWasProtected) {
+  std::string name = dir / "b.dbd";
+  VerdalHandle db = Open(name);
+  AddField(db, "Name", 0);
+  ASSERT_EQ(VERDAL_Save(db, nullptr), 1);
+  std::vector<uint8_t> before = TempFolder::Read(name);
+  ASSERT_EQ(chmod((dir / "b.bak").c_str(), 0444), 0);
+  AddField(db, "Ort", 0);
+  ASSERT_EQ(VERDAL_Save(db, nullptr), 1);
+  EXPECT_EQ(TempFolder::Read(dir / "b.bak"), before);
+  EXPECT_NE(TempFolder::Read(name), before);
+  EXPECT_FALSE(std::ifstream(dir / "~b.dbd").good());  // no temporary file left behind
+}
+
+TEST_F(Files, FilesThatCannotBeReadAreRefusedWithCode25) {
+  std::string name = dir / "neu.dbd";
+  VerdalHandle db = Open(name);
+  VERDAL_CloseDB(db);
+  std::vector<uint8_t> bytes = TempFolder::Read(name);
+  std::vector<uint8_t> later = bytes;
+  later[4] = 14;  // a version from the future
+  TempFolder::Write(name, later);
+  EXPECT_EQ(Open(name), 0u);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_READ_FILE);
+  std::vector<uint8_t> cut(bytes.begin(), bytes.begin() + static_cast<long>(bytes.size() / 2));
+  TempFolder::Write(name, cut);
+  EXPECT_EQ(Open(name), 0u);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_READ_FILE);
+  TempFolder::Write(name, std::vector<uint8_t>(3, 0));
+  EXPECT_EQ(Open(name), 0u);
+  EXPECT_EQ(VERDAL_GetDBCount(), 0);
+}
+
+TEST_F(Files, ClosingAndUnloadingSaveWhatIsDirty) {
+  std::string name = dir / "c.dbd";
+  VerdalHandle db = Open(name);
+  AddField(db, "Name", 0);
+  VERDAL_AddRecord(db, -1, "r", 0, "gespeichert beim Schliessen", 0, 0, nullptr);
+  ASSERT_EQ(VERDAL_CloseDB(db), 1);
+  db = Open(name);
+  EXPECT_STREQ(VERDAL_GetData(db, 0, VERDAL_CURSOR_FIRST, 1, 0), "gespeichert beim Schliessen");
+  VERDAL_CloseDB(db);
+
+  // A host that ends without closing anything: the library saves at unload.
+  pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    VerdalHandle h = Open(name);
+    VERDAL_SetData(h, 0, "gespeichert beim Beenden", VERDAL_CURSOR_FIRST, 0, nullptr, nullptr);
+    exit(0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  ASSERT_TRUE(WIFEXITED(status));
+  db = Open(name);
+  EXPECT_STREQ(VERDAL_GetData(db, 0, VERDAL_CURSOR_FIRST, 1, 0), "gespeichert beim Beenden");
+}
