@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "temp_folder.h"
 #include "verdal.h"
 
 namespace {
@@ -60,6 +61,21 @@ void ScriptSheet(intptr_t, VerdalWindow, const VerdalSheet* sheet) {
   }
 }
 
+// Prompt answers, null for cancel; every prompt is counted.
+std::vector<const char*> g_answers;
+int32_t g_prompts = 0;
+
+int32_t ScriptPrompt(intptr_t, VerdalWindow, const char*, const char* prompt, int32_t limit,
+                     char* text) {
+  EXPECT_STREQ(prompt, "Bitte geben Sie das Pa\xDFwort ein:");
+  EXPECT_EQ(limit, 31);
+  const char* answer = static_cast<size_t>(g_prompts) < g_answers.size() ? g_answers[g_prompts] : nullptr;
+  ++g_prompts;
+  if (answer == nullptr) return 0;
+  std::strcpy(text, answer);
+  return 1;
+}
+
 class Password : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -73,6 +89,8 @@ class Password : public ::testing::Test {
     g_steps.clear();
     g_messages.clear();
     g_okAnswers.clear();
+    g_answers.clear();
+    g_prompts = 0;
   }
 };
 
@@ -154,6 +172,59 @@ TEST_F(Password, DialogRefusesThenTakesOver) {
   EXPECT_EQ(VERDAL_ConfigurePWDAndCompression(db, nullptr, nullptr, nullptr), 1);
   EXPECT_EQ(Get(db).password, "");
   EXPECT_EQ(Get(db).compress, 0);
+}
+
+TEST_F(Password, EncipheredFilesOpenWithSessionOrPrompt) {
+  TempFolder folder;
+  const std::string a = folder / "a.dbd", b = folder / "b.dbd";
+  auto open = [](const std::string& name) { return VERDAL_OpenDB(name.c_str(), nullptr, 1, 0, nullptr, 1, 0, 0); };
+  VerdalHandle db = open(a);
+  ASSERT_NE(db, 0u);
+  ASSERT_EQ(VERDAL_AddCategory(db, VERDAL_CURSOR_ROOT, "Kunden"), 0);
+  ASSERT_EQ(VERDAL_SetPWDAndCompression(db, "geheim123", 1), 1);
+  ASSERT_EQ(VERDAL_Save(db, nullptr), 1);
+  ASSERT_EQ(VERDAL_CloseDB(db), 1);
+  const std::vector<uint8_t> sealed = TempFolder::Read(a);
+  ASSERT_GT(sealed.size(), 20u);
+  EXPECT_EQ(sealed[10], 1);
+  EXPECT_EQ(sealed[11], 1);
+
+  VerdalUserInterface ui{};
+  ui.promptPassword = ScriptPrompt;
+  VERDAL_SetUserInterface(&ui);
+  // The session knows the password of a.dbd: no prompt, and the settings are back.
+  db = open(a);
+  ASSERT_NE(db, 0u);
+  EXPECT_EQ(g_prompts, 0);
+  EXPECT_EQ(Get(db).password, "geheim123");
+  EXPECT_EQ(Get(db).compress, 1);
+  EXPECT_EQ(VERDAL_GetItemCount(db), 1);
+  ASSERT_EQ(VERDAL_CloseDB(db), 1);
+
+  // b.dbd's session password is stale: the prompt asks until the password fits.
+  db = open(b);
+  ASSERT_EQ(VERDAL_SetPWDAndCompression(db, "veraltet1", 0), 1);
+  ASSERT_EQ(VERDAL_CloseDB(db), 1);
+  TempFolder::Write(b, sealed);
+  g_answers = {"falsch123", "geheim123"};
+  db = open(b);
+  ASSERT_NE(db, 0u);
+  EXPECT_EQ(g_prompts, 2);
+  EXPECT_EQ(VERDAL_GetItemCount(db), 1);
+  ASSERT_EQ(VERDAL_CloseDB(db), 1);
+
+  // A cancelled prompt fails the open; a newer version fails before any prompt.
+  std::vector<uint8_t> newer = sealed;
+  newer[4] = 14;
+  for (int newerVersion = 0; newerVersion < 2; ++newerVersion) {
+    const std::string c = folder / "c.dbd";
+    TempFolder::Write(c, newerVersion ? newer : sealed);
+    g_prompts = 0;
+    g_answers.clear();
+    EXPECT_EQ(open(c), 0u);
+    EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_READ_FILE);
+    EXPECT_EQ(g_prompts, newerVersion ? 0 : 1);
+  }
 }
 
 }  // namespace
