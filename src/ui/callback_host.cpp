@@ -1,19 +1,12 @@
 #include "ui/callback_host.h"
 
-#include <cstring>
+#include "BASE_SOURCE/text_buffer.h"
 
 namespace verdal::ui {
 
 namespace {
 
 constexpr size_t kPathSize = 260;
-
-// Copies into a fixed buffer of the host, cut to fit and terminated.
-void CopyCut(char* target, size_t size, const std::string& text) {
-  size_t n = text.size() < size - 1 ? text.size() : size - 1;
-  std::memcpy(target, text.data(), n);
-  target[n] = '\0';
-}
 
 // What a C host sees of a sheet: the C structure first, so the callbacks can find the rest.
 struct SheetBridge {

@@ -1,9 +1,8 @@
 // Exported functions for the password and the compression flag of a database. They change only
 // the database in memory; the next save writes the envelope they ask for.
-#include <algorithm>
-#include <cstring>
 #include <string>
 
+#include "BASE_SOURCE/text_buffer.h"
 #include "dialogs/password_dialog.h"
 #include "engine/api/api_frame.h"
 #include "engine/pool_manager.h"
@@ -19,11 +18,7 @@ constexpr size_t kPasswordBuffer = 32;
 constexpr size_t kMinimumLength = 5;
 
 void FillOut(const engine::TDBManager& db, char* password, int32_t* compress) {
-  if (password != nullptr) {
-    const size_t n = std::min(db.password.size(), kPasswordBuffer - 1);
-    std::memcpy(password, db.password.data(), n);
-    password[n] = '\0';
-  }
+  CopyCut(password, kPasswordBuffer, db.password);
   if (compress != nullptr) *compress = db.compressed ? 1 : 0;
 }
 
