@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "BASE_SOURCE/text_buffer.h"
 #include "engine/db_manager.h"
 #include "engine/last_error.h"
 #include "engine/linked_table.h"
@@ -35,12 +36,6 @@ StoredForm ByFieldType(NodeStore& store) {
   };
 }
 
-void CopyErrorText(char* target, const std::string& text) {
-  if (target == nullptr) return;
-  size_t n = text.size() < kErrorTextSize - 1 ? text.size() : kErrorTextSize - 1;
-  std::memcpy(target, text.data(), n);
-  target[n] = '\0';
-}
 
 }  // namespace
 
@@ -76,7 +71,7 @@ int32_t SetData(TDBManager& db, int32_t fieldIndex, const char* value, int32_t c
   std::string converted;
   std::string error;
   if (!field->type.ToInternal(text, converted, validate, &error)) {
-    CopyErrorText(errorText, error);
+    CopyCut(errorText, kErrorTextSize, error);
     SetLastError(11);
     return 0;
   }

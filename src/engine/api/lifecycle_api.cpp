@@ -4,6 +4,7 @@
 #include <cstring>
 #include <vector>
 
+#include "BASE_SOURCE/text_buffer.h"
 #include "engine/api/api_frame.h"
 #include "engine/lifecycle.h"
 #include "engine/link_walk.h"
@@ -14,16 +15,6 @@
 using namespace verdal;
 using api::Judge;
 
-namespace {
-
-// Copies text into a fixed field, cut to fit, always terminated.
-void CopyCut(char* target, size_t size, const std::string& text) {
-  size_t n = text.size() < size - 1 ? text.size() : size - 1;
-  std::memcpy(target, text.data(), n);
-  target[n] = '\0';
-}
-
-}  // namespace
 
 extern "C" {
 
