@@ -1,0 +1,138 @@
+// Child lists through a filter over 1,000,000 records, against SQLite in memory running the
+// equivalent SELECT over the same rows in the same run. Ratios at the end: our time / SQLite's.
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <map>
+#include <string>
+#include <vector>
+
+#if VERDAL_HAVE_SQLITE
+#include <sqlite3.h>
+#endif
+
+#include "support/big_database.h"
+#include "verdal.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr int kRecords = 1000000;
+
+const char* const kContains = "\\eval{Name|*=|\"ab\"|0}";
+const char* const kRange = "\\eval{Preis|>=|100|0} and \\eval{Preis|<|200|0}";
+
+std::map<std::string, double> g_seconds;
+
+// Names of which about one in three holds "ab" in some letter case; prices from 0 to 999.
+std::string NameOf(int i) {
+  static const char* const stems[] = {"Abel", "Schmidt", "Gabler", "Meyer", "Krabbe", "Otto"};
+  return std::string(stems[i % 6]) + " " + std::to_string(i * 7919 % 100000);
+}
+std::string PriceOf(int i) { return std::to_string(i * 37 % 1000) + ".25"; }
+
+VerdalHandle Big() {
+  static VerdalHandle db = [] {
+    VerdalHandle h = bench_support::NewDatabaseWithFields();
+    std::vector<int32_t> categories = bench_support::AddCategories(h);
+    for (int i = 0; i < kRecords; ++i) {
+      int32_t r = VERDAL_AddRecord(h, categories[static_cast<size_t>(i * 7 % bench_support::kCategories)],
+                                   "", 0, NameOf(i).c_str(), 0, 0, nullptr);
+      VERDAL_SetData(h, 4, PriceOf(i).c_str(), r, 0, nullptr, nullptr);
+    }
+    return h;
+  }();
+  return db;
+}
+
+template <class Step>
+void Timed(benchmark::State& state, const std::string& name, Step&& step) {
+  for (auto _ : state) {
+    auto start = Clock::now();
+    int64_t found = step();
+    double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+    state.SetIterationTime(seconds);
+    state.counters["rows"] = static_cast<double>(found);
+    auto it = g_seconds.find(name);
+    if (it == g_seconds.end() || seconds < it->second) g_seconds[name] = seconds;
+  }
+}
+
+int64_t ChildList(const char* filter) {
+  int32_t count = 0;
+  int32_t* cursors = nullptr;
+  if (!VERDAL_GetCategoryChildList(Big(), VERDAL_CURSOR_ROOT, 0, 0, 1, 0, &count, &cursors, 2, filter, 0))
+    return -1;
+  VERDAL_GetCategoryDeleteChildList(cursors);
+  return count;
+}
+
+void BM_VerdalContains(benchmark::State& s) { Timed(s, "verdal contains", [] { return ChildList(kContains); }); }
+void BM_VerdalRange(benchmark::State& s) { Timed(s, "verdal range", [] { return ChildList(kRange); }); }
+
+#if VERDAL_HAVE_SQLITE
+sqlite3* Peer() {
+  static sqlite3* s = [] {
+    sqlite3* db = nullptr;
+    sqlite3_open(":memory:", &db);
+    sqlite3_exec(db, "CREATE TABLE records(id INTEGER PRIMARY KEY, name TEXT, preis REAL); BEGIN", nullptr,
+                 nullptr, nullptr);
+    sqlite3_stmt* ins = nullptr;
+    sqlite3_prepare_v2(db, "INSERT INTO records VALUES(?,?,?)", -1, &ins, nullptr);
+    for (int i = 0; i < kRecords; ++i) {
+      std::string name = NameOf(i);
+      sqlite3_bind_int(ins, 1, i);
+      sqlite3_bind_text(ins, 2, name.c_str(), -1, SQLITE_TRANSIENT);
+      sqlite3_bind_double(ins, 3, std::stod(PriceOf(i)));
+      sqlite3_step(ins);
+      sqlite3_reset(ins);
+    }
+    sqlite3_finalize(ins);
+    sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
+    return db;
+  }();
+  return s;
+}
+
+// The ids that pass, gathered into an array as the child list gathers cursors.
+int64_t Select(const char* sql) {
+  std::vector<int32_t> ids;
+  sqlite3_stmt* q = nullptr;
+  sqlite3_prepare_v2(Peer(), sql, -1, &q, nullptr);
+  while (sqlite3_step(q) == SQLITE_ROW) ids.push_back(sqlite3_column_int(q, 0));
+  sqlite3_finalize(q);
+  return static_cast<int64_t>(ids.size());
+}
+
+void BM_SqliteContains(benchmark::State& s) {
+  Timed(s, "sqlite contains", [] { return Select("SELECT id FROM records WHERE upper(name) LIKE '%AB%'"); });
+}
+void BM_SqliteRange(benchmark::State& s) {
+  Timed(s, "sqlite range", [] { return Select("SELECT id FROM records WHERE preis >= 100 AND preis < 200"); });
+}
+BENCHMARK(BM_SqliteContains)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK(BM_SqliteRange)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
+#endif
+
+BENCHMARK(BM_VerdalContains)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK(BM_VerdalRange)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
+
+void Ratio(const char* what, const char* ours, const char* peer) {
+  if (g_seconds.count(ours) && g_seconds.count(peer))
+    std::printf("%-24s %8.1f ms / %8.1f ms = %5.2f\n", what, g_seconds[ours] * 1e3, g_seconds[peer] * 1e3,
+                g_seconds[ours] / g_seconds[peer]);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  std::printf("\nRatios (our time / SQLite time, best of 5):\n");
+  Ratio("contains \"ab\"", "verdal contains", "sqlite contains");
+  Ratio("number range", "verdal range", "sqlite range");
+  benchmark::Shutdown();
+  return 0;
+}
