@@ -66,13 +66,16 @@ int SystemCompare(const char* left, const char* right) {
   return platform::CompareWordSort(left, right);
 }
 
+// Engine queries alive; the system comparison is installed while there is one.
+int g_liveQueries = 0;
+
 }  // namespace
 
 QX_QueryCache::QX_QueryCache(model::NodeStore& store, const char* text, model::TLinkResolver* links)
     : database(&store), links_(links) {
+  if (g_liveQueries++ == 0) QX_Utilities::SetTextCompare(SystemCompare);
   fieldFlags.assign(store.fields.size(), 0);
   if (store.fields.empty()) return;
-  QX_Utilities::SetTextCompare(SystemCompare);
 
   std::string_view source = Strip(text != nullptr ? std::string_view(text) : std::string_view());
   while (!source.empty() && source.back() == ';') source.remove_suffix(1);
@@ -89,9 +92,10 @@ QX_QueryCache::QX_QueryCache(model::NodeStore& store, const char* text, model::T
   lastError = Parse(queryText.c_str());
 }
 
-// The engine's comparison holds only while an engine query lives; the language alone compares
-// bytes.
-QX_QueryCache::~QX_QueryCache() { QX_Utilities::SetTextCompare(nullptr); }
+// The language alone compares bytes; the system comparison holds while engine queries live.
+QX_QueryCache::~QX_QueryCache() {
+  if (--g_liveQueries == 0) QX_Utilities::SetTextCompare(nullptr);
+}
 
 void QX_QueryCache::InstallFunctions() {
   DefineString("CR", false, kCarriageReturn);
@@ -255,20 +259,29 @@ QX_Error QX_QueryCache::GetField(QX_FieldText* textOut, int32_t index) {
   if (index < 0 || (static_cast<size_t>(index) >= fieldCount && index != kTitleField))
     return Err(kBadFieldIndex);
   textOut->text = "";
-  const model::TDBCategoryData* place = model::LookupPlace(store, currentCursor);
+  // The node is looked up once per Test, however many fields the query reads.
+  if (nodeFor_ != generation_) {
+    place_ = model::LookupPlace(store, currentCursor);
+    record_ = place_ != nullptr ? store.data.Find(place_->dataId) : nullptr;
+    nodeFor_ = generation_;
+  }
+  const model::TDBCategoryData* place = place_;
   if (index == kTitleField) {
     if (place == nullptr) return nullptr;
     if (place->isCategory) {
       if (const model::TDBCategoryRecord* c = store.categories.Find(place->categoryId))
         textOut->text = c->name.c_str();
-    } else if (const model::TDBDataRecord* r = store.data.Find(place->dataId)) {
-      textOut->text = r->title.c_str();
+    } else if (record_ != nullptr) {
+      textOut->text = record_->title.c_str();
     }
     return nullptr;
   }
   model::TDBFieldInfo* field = store.fields[static_cast<size_t>(index)].get();
   if (field == nullptr) return nullptr;
-  const std::string* stored = model::FieldValueOf(store, place, index);
+  const std::string* stored = nullptr;
+  const size_t position = static_cast<size_t>(field->position);
+  if (record_ != nullptr && field->position >= 0 && position < record_->values.size())
+    stored = &record_->values[position];
   const int16_t type = field->type.dataType;
   const bool computed = IsDateType(type) || (type == model::kTypeLink &&
                                              (fieldFlags[static_cast<size_t>(index)] & kFlagLinkId) == 0);

@@ -94,7 +94,10 @@ class QX_QueryCache : public QueryExpr, public model::PlaceFilter {
   std::string resultText = "0";
   std::vector<int32_t> fieldFlags;
   std::vector<Slot> slots_;
-  uint64_t generation_ = 0;
+  uint64_t generation_ = 1;  // counts Tests; 0 marks nothing as fresh
+  uint64_t nodeFor_ = 0;  // the Test place_ and record_ were looked up for
+  const model::TDBCategoryData* place_ = nullptr;
+  const model::TDBDataRecord* record_ = nullptr;
 };
 
 }  // namespace verdal::query

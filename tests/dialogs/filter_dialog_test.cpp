@@ -74,14 +74,11 @@ TEST_F(FilterDialog, BuildsAFilterRowByRow) {
   EXPECT_STREQ(views::FilterText(db.filters, db.store, "kiel billig"),
                "  ( \\eval{Ort|*=|\"Kiel\"|0}  or  \\eval{Preis|<|10|0} )");
 
-  // Opening again comes back to the last filter; the list shows display names until the check
-  // box asks for names.
+  // Opening again comes back to the last filter, with display names until names are asked for.
   Run([](TFilterDialog& d) {
-    EXPECT_EQ(d.Text(TFilterDialog::kFilterName), "Kiel billig");
     EXPECT_EQ(d.Text(TFilterDialog::kRowList), " ( Wohnort gleich Kiel \noder  Preis kleiner 10 )");
     d.SetText(TFilterDialog::kInternalNames, "1");
     EXPECT_EQ(d.RowTexts().front(), " ( Ort gleich Kiel ");
-    d.PressCancel();
     return false;
   });
   EXPECT_EQ(db.filters.filters.size(), 1u);

@@ -97,8 +97,7 @@ TEST_F(QueryCache, ExpandsMacrosByFieldType) {
 
 TEST_F(QueryCache, SafeNamesAndWildcards) {
   EXPECT_EQ(QX_QueryCache::SafeName(" @?:+-*/&<>=^#$(){}[],;.\""), "_abcdefghijklmnopqrstuvwx");
-  EXPECT_EQ(QX_QueryCache::SafeName("9TE.ST"), "_9TEwST");
-  EXPECT_EQ(QX_QueryCache::SafeName("\xC4RGER"), "\xC4RGER");
+  EXPECT_EQ(QX_QueryCache::SafeName("9\xC4.ST"), "_9\xC4wST");
   struct Case {
     const char* pattern;
     const char* text;
@@ -175,29 +174,21 @@ TEST_F(QueryCache, AnErrorPassesItsNodeAndStopsTheRest) {
   EXPECT_FALSE(none.Test(r));
 }
 
-TEST_F(QueryCache, ComputedTextsLastForTheNodeAndNeedNoRelease) {
+// Stored texts are lent from the store, computed ones last until the next node: nothing to free.
+TEST_F(QueryCache, FieldTextsAreLentNotHandedOver) {
   QX_QueryCache q(db.store, "1");
-  query::QX_FieldText first, second, name;
+  query::QX_FieldText date, name;
   ASSERT_TRUE(q.Test(graben));
-  ASSERT_EQ(q.GetField(&first, 4), nullptr);
+  ASSERT_EQ(q.GetField(&date, 4), nullptr);
   ASSERT_EQ(q.GetField(&name, 0), nullptr);
-  EXPECT_FALSE(first.owned);
-  EXPECT_FALSE(name.owned);
-  EXPECT_STREQ(first.text, "20011231000000000");
-  EXPECT_EQ(name.text, model::FieldValue(db.store, graben, 0)->c_str());  // lent from the store
-  ASSERT_EQ(q.GetField(&second, 4), nullptr);
-  EXPECT_EQ(second.text, first.text);
+  EXPECT_FALSE(date.owned || name.owned);
+  EXPECT_STREQ(date.text, "20011231000000000");
+  EXPECT_EQ(name.text, model::FieldValue(db.store, graben, 0)->c_str());
   ASSERT_TRUE(q.Test(other));
-  ASSERT_EQ(q.GetField(&second, 4), nullptr);
-  EXPECT_STREQ(second.text, "0");
-  ASSERT_EQ(q.GetField(&second, 7), nullptr);  // a link without its database shows nothing
-  EXPECT_STREQ(second.text, "");
-  EXPECT_STREQ(q.GetField(&second, 8), "illegaler Feldindex");
-  EXPECT_EQ(second.text, nullptr);
-  EXPECT_STREQ(q.GetField(&second, -1), "illegaler Feldindex");
-  ASSERT_TRUE(q.Test(12345));
-  ASSERT_EQ(q.GetField(&second, QX_QueryCache::kTitleField), nullptr);
-  EXPECT_STREQ(second.text, "");
+  ASSERT_EQ(q.GetField(&date, 4), nullptr);
+  EXPECT_STREQ(date.text, "0");
+  ASSERT_EQ(q.GetField(&date, 7), nullptr);  // a link without its database shows nothing
+  EXPECT_STREQ(date.text, "");
 }
 
 }  // namespace

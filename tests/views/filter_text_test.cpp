@@ -5,9 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/db_manager.h"
-#include "engine/record_ops.h"
 #include "model/fields.h"
-#include "model/place_walk.h"
 #include "query/query_cache.h"
 
 using namespace verdal;
@@ -99,48 +97,9 @@ TEST_F(FilterText, FiltersJoinTheirRowsAndCompile) {
   EXPECT_EQ(q.QueryText(), "^ORT*=^\"Kiel\"  and  PREIS<10.00;");
   EXPECT_EQ(q.lastError, nullptr);
 
-  int32_t kiel = engine::AddRecord(db, -2, "a", false, "Kiel-Nord", 0, nullptr);
-  *model::FieldValue(db.store, kiel, 1) = "5.00";
-  int32_t dear = engine::AddRecord(db, -2, "b", false, "kiel", 0, nullptr);
-  *model::FieldValue(db.store, dear, 1) = "50.00";
-  int32_t elsewhere = engine::AddRecord(db, -2, "c", false, "Bonn", 0, nullptr);
-  *model::FieldValue(db.store, elsewhere, 1) = "1.00";
-  std::vector<int32_t> list;
-  model::CollectPlaces(db.store, &db.store.MainView().root, list, model::kKindRecords, true, false,
-                       &q, false);
-  EXPECT_EQ(list, std::vector<int32_t>{kiel});
-
   EXPECT_STREQ(views::FilterText(db.filters, db.store, "leer"), "");
   EXPECT_EQ(views::FilterText(db.filters, db.store, "unbekannt"), nullptr);
   // A field deleted after the filter was made: no internal form at all.
   model::RemoveField(db.store, 1);
   EXPECT_EQ(views::FilterText(db.filters, db.store, "Kiel billig"), nullptr);
-}
-
-TEST_F(FilterText, SingleConditions) {
-  struct Case {
-    int32_t field;
-    const char* value;
-    int32_t flags;
-    const char* text;  // null: refused
-  } cases[] = {
-      {0, "Kiel", 0, "   \\eval{Ort|=|\"Kiel\"|0} "},
-      {0, "Kiel", 2, "   \\eval{Ort|*=|\"Kiel\"|0} "},
-      {0, "Kiel", 6, "   \\eval{Ort|*=|\"Kiel\"|4} "},
-      {0, "Ki", 12, "   \\eval{Ort|=|\"Ki\"|12} "},
-      {0, "K*l", 16, "   \\eval{Ort|=|\"K*l\"|16} "},
-      {0, nullptr, 0, "   \\eval{Ort|=|\"\"|0} "},
-      {1, "3", 30, "   \\eval{Preis|=|3|0} "},
-      {3, "x", 0, nullptr},
-      {-1, "x", 0, nullptr},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.flags);
-    const char* text = views::InternalParseString(db.store, c.field, c.value, c.flags);
-    if (c.text == nullptr) {
-      EXPECT_EQ(text, nullptr);
-    } else {
-      EXPECT_STREQ(text, c.text);
-    }
-  }
 }

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "api/field_helpers.h"
 #include "dialogs/filter_dialog.h"
 #include "engine/db_manager.h"
 #include "engine/handle_table.h"
@@ -20,14 +21,7 @@ TEST(FiltersApi, AFilterMadeInTheDialogSurvivesSaveAndLoad) {
   const std::string file = std::string(folder) + "/f.dbd";
   VerdalHandle db = VERDAL_OpenDB(file.c_str(), nullptr, 0, 0, nullptr, 0, 0, 0);
   ASSERT_NE(db, 0u);
-  TDBFieldParams p{};
-  p.dataType = 0;
-  p.maxChars = -1;
-  p.decimals = 2;
-  p.allowEmpty = 1;
-  p.allowDuplicates = 1;
-  p.format = "%d.%m.%Y";
-  p.name = "Ort";
+  TDBFieldParams p = FieldParams("Ort", 0);
   ASSERT_EQ(VERDAL_AddField(db, &p, -1, 1), 0);
 
   engine::TDBManager* manager = engine::Handles().Lookup(db);
