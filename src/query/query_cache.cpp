@@ -283,8 +283,9 @@ QX_Error QX_QueryCache::GetField(QX_FieldText* textOut, int32_t index) {
   if (record_ != nullptr && field->position >= 0 && position < record_->values.size())
     stored = &record_->values[position];
   const int16_t type = field->type.dataType;
-  const bool computed = IsDateType(type) || (type == model::kTypeLink &&
-                                             (fieldFlags[static_cast<size_t>(index)] & kFlagLinkId) == 0);
+  const bool byIdentifier = static_cast<size_t>(index) < fieldFlags.size() &&
+                            (fieldFlags[static_cast<size_t>(index)] & kFlagLinkId) != 0;
+  const bool computed = IsDateType(type) || (type == model::kTypeLink && !byIdentifier);
   if (!computed) {
     if (stored != nullptr) textOut->text = stored->c_str();
     return nullptr;
