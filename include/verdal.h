@@ -310,6 +310,16 @@ VERDAL_API int32_t VERDAL_HasCategories(VerdalHandle db);
 /* Views. */
 VERDAL_API int32_t VERDAL_CreateView(VerdalHandle db, const char* name, int32_t mode);
 
+/* Filters. The internal query text of the named filter (case ignored), for the functions that
+ * take a filter text; null for an unknown name or a filter that names a missing field, without
+ * an error. Valid until the next such call. */
+VERDAL_API const char* VERDAL_GetFilter(VerdalHandle db, const char* name);
+/* The query text of one condition "equal" on a field: flags 2 drops "whole word", 4 drops
+ * "case-sensitive", 8 means "begins with", 16 a pattern with '*'. Null for a bad handle (code 1)
+ * or field index. Valid until the next such call. */
+VERDAL_API const char* VERDAL_GetInternalParseString(VerdalHandle db, int32_t fieldIndex,
+                                                     const char* value, int32_t flags);
+
 /* Password and compression. password buffers hold 32 bytes; compress receives 0 or 1. */
 VERDAL_API int32_t VERDAL_GetPWDAndCompression(VerdalHandle db, char* password, int32_t* compress);
 /* Blanks at both ends of the password are dropped; it must then be empty (no cipher) or have 5 to

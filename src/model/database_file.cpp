@@ -11,6 +11,7 @@
 #include "model/fields.h"
 #include "platform/guid.h"
 #include "platform/trace.h"
+#include "views/filter_parts.h"
 
 namespace verdal::model {
 
@@ -69,7 +70,7 @@ void CountedSection(TBaseFile& f, Write&& write) {
 }
 
 // ---- The sections of definitions that this build does not hold yet (list display and sort
-// definitions, print options, filters, option containers). They are written in their empty form.
+// definitions, print options, option containers). They are written in their empty form.
 // A file whose sections hold definitions is refused rather than loaded and saved without them.
 
 constexpr uint32_t kContainerMark = kDataRecordMark;
@@ -98,13 +99,6 @@ bool ReadEmptyListDefinitions(TBaseFile& f) {
   return ReadInt32(f) == 0 || Refuse("list definitions");
 }
 
-bool ReadEmptyFilters(TBaseFile& f) {
-  ReadUInt8(f);  // collection version
-  std::string current;
-  ReadString(current, f);
-  return ReadInt32(f) == 0 || Refuse("filters");
-}
-
 bool ReadEmptyContainer(TBaseFile& f) {
   if (ReadUInt32(f) != kContainerMark) return false;
   if (ReadInt32(f) > 1) return false;
@@ -120,9 +114,7 @@ void WriteDefinitions(engine::TDBManager& db, TBaseFile& f) {
   WriteInt32(0, f);
   WriteString(db.defaultPrintOption, f);
   WriteInt32(0, f);  // print options
-  WriteUInt8(1, f);  // filters: collection version, current filter, count
-  WriteString("", f);
-  WriteInt32(0, f);
+  views::WriteFilters(db.filters, f);
   for (int i = 0; i < kContainers; ++i) WriteEmptyContainer(f);
 }
 
@@ -131,7 +123,8 @@ bool ReadDefinitions(engine::TDBManager& db, TBaseFile& f) {
   if (!ReadEmptyListDefinitions(f)) return false;
   if (v >= kDefaultPrintSince) ReadString(db.defaultPrintOption, f);
   if (v >= kPrintOptionsSince && ReadInt32(f) != 0) return Refuse("print options");
-  if (v >= kFiltersSince && !ReadEmptyFilters(f)) return false;
+  if (v < kFiltersSince) db.filters.Clear();  // older files have none
+  else if (!views::ReadFilters(db.filters, f)) return false;
   for (int i = 0; i < kContainers; ++i)
     if (v >= kFirstContainerSince + i && !ReadEmptyContainer(f)) return false;
   return true;

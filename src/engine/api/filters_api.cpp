@@ -1,0 +1,30 @@
+// Exported functions for named filters: the internal query text of a filter or of one condition.
+#include "engine/api/api_frame.h"
+#include "views/filter_text.h"
+#include "verdal.h"
+
+using namespace verdal;
+using api::Judge;
+using engine::TDBManager;
+
+extern "C" {
+
+// An unknown name (or a filter naming a field that is gone) gives null without an error.
+VERDAL_API const char* VERDAL_GetFilter(VerdalHandle handle, const char* name) {
+  return api::WithDatabase("VERDAL_GetFilter", handle, static_cast<const char*>(nullptr),
+                           Judge::kLastError, [&](TDBManager& db) -> const char* {
+                             if (name == nullptr) return nullptr;
+                             return views::FilterText(db.filters, db.store, name);
+                           });
+}
+
+VERDAL_API const char* VERDAL_GetInternalParseString(VerdalHandle handle, int32_t fieldIndex,
+                                                     const char* value, int32_t flags) {
+  return api::WithDatabase("VERDAL_GetInternalParseString", handle,
+                           static_cast<const char*>(nullptr), Judge::kResult,
+                           [&](TDBManager& db) -> const char* {
+                             return views::InternalParseString(db.store, fieldIndex, value, flags);
+                           });
+}
+
+}  // extern "C"
