@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <vector>
 
 #include "engine/api/api_frame.h"
@@ -9,6 +10,7 @@
 #include "engine/handle_table.h"
 #include "engine/pool_manager.h"
 #include "model/cursor.h"
+#include "query/query_cache.h"
 #include "verdal.h"
 
 using namespace verdal;
@@ -51,14 +53,16 @@ VERDAL_API int32_t VERDAL_GetCategoryChildList(VerdalHandle handle, int32_t curs
       engine::SetLastError(5);
       return 0;
     }
-    if (filter != nullptr && *filter != '\0') {
-      engine::SetLastError(13);  // filters are bound by the query cache, which is not built yet
-      return 0;
-    }
+    std::unique_ptr<query::QX_QueryCache> query;
+    if (filter != nullptr && *filter != '\0') query = std::make_unique<query::QX_QueryCache>(db.store, filter);
     std::vector<int32_t> list;
     if (!engine::CollectChildren(db, cursor, viewIndex, recurse != 0, onlyExpanded != 0, kinds,
-                                 nullptr, includeStart != 0, list))
+                                 query.get(), includeStart != 0, list))
       return 0;
+    if (query != nullptr && query->lastError != nullptr) {
+      engine::SetLastError(13);
+      return 0;
+    }
     if (reverse != 0) std::reverse(list.begin(), list.end());
     *count = static_cast<int32_t>(list.size());
     if (cursors != nullptr) {
