@@ -34,7 +34,7 @@ int32_t NumberByMode(int32_t mode, const TDBNode* node) {
 std::string NameOf(NodeStore& store, const TDBCategoryData* place) {
   if (place == nullptr) return std::string();
   if (!place->isCategory) {
-    const TDBDataRecord* data = store.data.Find(place->dataId);
+    const TDBDataRecord* data = DataOf(store, place);
     return data != nullptr ? data->title : std::string();
   }
   const TDBCategoryRecord* rec = store.categories.Find(place->categoryId);

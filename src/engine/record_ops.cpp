@@ -35,7 +35,7 @@ TDBCategoryData* ParentPlace(NodeStore& store, int32_t resolved) {
 // Removes one place and its data for good; false (code 23) when its table row cannot go.
 bool RemovePlace(TDBManager& db, TDBCategoryData* place) {
   NodeStore& store = db.store;
-  TDBDataRecord* data = store.data.Find(place->dataId);
+  TDBDataRecord* data = DataOf(store, place);
   if (!place->isCategory && data != nullptr) {
     if (!DeleteLinkedRow(db, *data)) {
       SetLastError(23);
@@ -118,7 +118,7 @@ int32_t DuplicateRecord(TDBManager& db, int32_t sourceCursor, int32_t parentCurs
   }
   int32_t source = ResolveCursor(store, sourceCursor);
   TDBCategoryData* sourcePlace = source == -1 ? nullptr : LookupPlace(store, source);
-  TDBDataRecord* sourceData = sourcePlace != nullptr ? store.data.Find(sourcePlace->dataId) : nullptr;
+  TDBDataRecord* sourceData = sourcePlace != nullptr ? DataOf(store, sourcePlace) : nullptr;
   if (sourceData == nullptr) {
     SetLastError(5);
     return -1;

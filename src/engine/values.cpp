@@ -57,7 +57,7 @@ int32_t SetData(TDBManager& db, int32_t fieldIndex, const char* value, int32_t c
     SetLastError(9);
     return 0;
   }
-  TDBDataRecord* data = store.data.Find(place->dataId);
+  TDBDataRecord* data = DataOf(store, place);
   if (data == nullptr || field->position < 0 || static_cast<size_t>(field->position) >= data->values.size()) {
     SetLastError(10);
     return 0;

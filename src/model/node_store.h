@@ -48,6 +48,9 @@ TDBNode* NodeOf(NodeStore& store, const TDBCategoryData* place);
 // its category's node (the root for a record at top level).
 TDBNode* NodeInView(NodeStore& store, int32_t viewIndex, const TDBCategoryData* place);
 
+// The data record of a place, null if there is none.
+TDBDataRecord* DataOf(NodeStore& store, const TDBCategoryData* place);
+
 // The stored value of one field of a node; null if the node, its data or the field is missing.
 std::string* FieldValue(NodeStore& store, int32_t cursor, int32_t fieldIndex);
 std::string* FieldValueOf(NodeStore& store, const TDBCategoryData* place, int32_t fieldIndex);
@@ -79,6 +82,7 @@ bool DetachPlace(NodeStore& store, int32_t cursor);
 void DestroyPlace(NodeStore& store, int32_t cursor);
 
 void ReleaseData(NodeStore& store, int32_t dataId);
+// Without onlyIfUnreferenced, only for a record that no place names any more.
 void DropData(NodeStore& store, int32_t dataId, bool onlyIfUnreferenced);
 
 // Compaction, numbering and depths of every view.

@@ -14,7 +14,7 @@ namespace verdal::model {
 class PlaceFilter {
  public:
   virtual ~PlaceFilter() = default;
-  virtual bool Accepts(int32_t cursor) = 0;
+  virtual bool Accepts(const TDBCategoryData& place) = 0;
 };
 
 // Which kinds of place a walk takes: records, categories, or both.

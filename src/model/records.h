@@ -54,6 +54,9 @@ struct TDBCategoryData {
   int32_t position = -1;  // index among its parent's children at the last compaction, -1 appends
   int32_t special[3] = {-1, -1, -1};
   TDBNode* node = nullptr;  // its node in view 0
+  // Its data record once looked up (DataOf). A place always dies before its data record, which
+  // outlives every place that names it, so the pointer never dangles.
+  mutable TDBDataRecord* data = nullptr;
   bool imported = false;    // not stored
   bool temporary = false;   // not stored
 

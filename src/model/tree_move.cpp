@@ -78,7 +78,7 @@ bool SetNodeText(NodeStore& store, int32_t cursor, const char* text, bool both) 
   TDBCategoryData* place = store.places.Find(cursor);
   if (place == nullptr || text == nullptr) return false;
   if (!place->isCategory) {
-    TDBDataRecord* data = store.data.Find(place->dataId);
+    TDBDataRecord* data = DataOf(store, place);
     if (data == nullptr) return false;
     data->title = text;
     return true;

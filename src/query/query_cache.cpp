@@ -240,9 +240,18 @@ QX_Error QX_QueryCache::FindWildCardFunction(const char** resultOut, void* conte
   return nullptr;
 }
 
-bool QX_QueryCache::Test(int32_t cursor) {
+bool QX_QueryCache::Accepts(const model::TDBCategoryData& place) { return Evaluate(place.cursor, &place); }
+
+bool QX_QueryCache::Test(int32_t cursor) { return Evaluate(cursor, nullptr); }
+
+bool QX_QueryCache::Evaluate(int32_t cursor, const model::TDBCategoryData* knownPlace) {
   currentCursor = cursor;
   ++generation_;
+  if (knownPlace != nullptr) {
+    place_ = knownPlace;
+    record_ = model::DataOf(*database, knownPlace);
+    nodeFor_ = generation_;
+  }
   if (lastError != nullptr) return false;
   bool result = true;
   if (QX_Error e = EvalBool(&result)) lastError = e;
@@ -262,7 +271,7 @@ QX_Error QX_QueryCache::GetField(QX_FieldText* textOut, int32_t index) {
   // The node is looked up once per Test, however many fields the query reads.
   if (nodeFor_ != generation_) {
     place_ = model::LookupPlace(store, currentCursor);
-    record_ = place_ != nullptr ? store.data.Find(place_->dataId) : nullptr;
+    record_ = model::DataOf(store, place_);
     nodeFor_ = generation_;
   }
   const model::TDBCategoryData* place = place_;

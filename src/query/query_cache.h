@@ -45,7 +45,8 @@ class QX_QueryCache : public QueryExpr, public model::PlaceFilter {
   // Whether the node passes. After the first error every later node fails; the node at which an
   // evaluation error occurs still passes.
   bool Test(int32_t cursor);
-  bool Accepts(int32_t cursor) override { return Test(cursor); }
+  // The same for a place a walk holds already, without looking it up again.
+  bool Accepts(const model::TDBCategoryData& place) override;
 
   QX_Error GetField(QX_FieldText* textOut, int32_t index) override;
   // Assignments to fields change nothing and are no error.
@@ -75,6 +76,7 @@ class QX_QueryCache : public QueryExpr, public model::PlaceFilter {
     std::string text;
   };
 
+  bool Evaluate(int32_t cursor, const model::TDBCategoryData* knownPlace);
   // One macro at a time; false when no further macro can be expanded.
   bool ExpandOne(std::vector<Binding>& bindings, size_t& searchFrom);
   std::string MacroValue(const model::TDBFieldInfo* field, int32_t index, std::string value,

@@ -122,7 +122,7 @@ TEST_F(Walks, CollectsByKindExpansionFilterAndStart) {
 
   b.place(a2)->temporary = true;
   struct Odd : PlaceFilter {
-    bool Accepts(int32_t cursor) override { return cursor % 2 == 1; }
+    bool Accepts(const TDBCategoryData& place) override { return place.cursor % 2 == 1; }
   } odd;
   Ints expected;
   for (int32_t c : {A.cursor, a1, B.cursor, b1, B2.cursor, b21, r})

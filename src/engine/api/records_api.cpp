@@ -27,7 +27,7 @@ model::TDBCategoryData* PlaceOf(TDBManager& db, int32_t cursor) {
 model::TDBDataRecord* DataOf(TDBManager& db, int32_t cursor) {
   model::TDBCategoryData* place = PlaceOf(db, cursor);
   if (place == nullptr) return nullptr;
-  model::TDBDataRecord* data = db.store.data.Find(place->dataId);
+  model::TDBDataRecord* data = model::DataOf(db.store, place);
   if (data == nullptr) engine::SetLastError(5);
   return data;
 }
