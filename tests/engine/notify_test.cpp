@@ -77,28 +77,6 @@ class Notify : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(Notify, TheRecordDescribesTheNodeAndTheChange) {
-  EXPECT_TRUE(NotifyChange(db, inCategory, 8, 3, 7, 0));
-  EXPECT_TRUE(NotifyChange(db, topLevel, 6, -10, 0, 0));
-  EXPECT_TRUE(NotifyChange(db, category, 10, -8, 0, 0));
-  EXPECT_TRUE(NotifyChange(db, 4711, 4, -10, 0, 0));
-  EXPECT_TRUE(NotifyChange(db, -2, 9, 0, 0, 1));
-  int32_t h = static_cast<int32_t>(handle);
-  ASSERT_EQ(host.seen.size(), 5u);
-  auto expect = [&](size_t i, Seen e) {
-    const Seen& s = host.seen[i];
-    EXPECT_EQ(std::tie(s.reason, s.database, s.cursor, s.categoryId, s.busy, s.isCategory, s.field, s.value, s.extra),
-              std::tie(e.reason, e.database, e.cursor, e.categoryId, e.busy, e.isCategory, e.field, e.value, e.extra))
-        << "notification " << i;
-  };
-  expect(0, {8, h, inCategory, category, 1, 0, 3, 7, 0});
-  expect(1, {6, h, topLevel, -2, 1, 0, -10, 0, 0});
-  expect(2, {10, h, category, category, 1, 1, -8, 0, 0});
-  expect(3, {4, h, 4711, -1, 1, 1, -10, 0, 0});  // no such node
-  expect(4, {9, h, -2, -2, 1, 1, 0, 0, 1});
-  EXPECT_EQ(NotificationRecord().busy, 0);
-}
-
 TEST_F(Notify, OnlyReasonsOneAndThreeCanBeVetoed) {
   host.answer = 0;
   EXPECT_FALSE(NotifyChange(db, topLevel, 1, -10, 0, 0));

@@ -62,51 +62,6 @@ TEST(DatabaseBody, AnEmptyDatabaseWritesCountersSectionsAndZeroCounts) {
   EXPECT_EQ(back.store.places.Count(), 0u);
 }
 
-TEST(DatabaseBody, OneOfEachObjectInTheDocumentedBytes) {
-  engine::TDBManager db(0);
-  model::AddFieldInfo(db.store, TextField("Name"), -1);
-  int32_t cat = engine::AddCategory(db, -1, "K");
-  int32_t rec = engine::AddRecord(db, cat, "T", false, "Eva", 0, nullptr);
-  ASSERT_EQ(cat, 0);
-  ASSERT_EQ(rec, 1);
-  model::TDBDataRecord& catData = *db.store.data.Find(0);
-  model::TDBDataRecord& recData = *db.store.data.Find(1);
-
-  Bytes type;  // a text field's type description with every default
-  type.I32(4).Le(0, 4).I16(0).I16(0).Le(0, 4).I32(-1).I16(2);
-  type.Ext(0, 0).Ext(0, 0).U8(0).U8(0).U8(0).Ext(0, 0).Ext(0, 0);
-  type.U8(0).U8(0).U8(1).U8(1).U8(0);
-  type.Str("%d.%m.%Y").Str("").Str("").Str("").Str("").Str("").U8(0).U8(0).U8(0).Str("");
-  auto dataRecord = [&](const model::TDBDataRecord& d, const std::string& value) {
-    Bytes r;
-    r.I32(d.id).I32(1);
-    for (const auto* t : {&d.changed, &d.created})
-      for (uint16_t v : {t->year, t->month, t->dayOfWeek, t->day, t->hour, t->minute, t->second, t->millisecond})
-        r.Le(v, 2);
-    r.U8(0).Str(d.identifier).Str(d.title).I32(1).Str(value);
-    Bytes whole;
-    whole.Le(kDataRecordMark, 4).U8(2).I32(static_cast<int32_t>(r.b.size()) + 4).Append(r);
-    return whole;
-  };
-  Bytes want;
-  want.I32(1).I32(2).I32(2);                                                // counters
-  want.I16(1).Le(kSectionMark, 4).I32(1).I32(0).Str("Name").I16(0).U8(0).U8(1).Append(type).Str("");
-  want.Append(EmptyDefinitions());
-  want.I32(1).Le(kSectionMark, 4).I32(0).I32(-1).I32(0).U8(0).Str("K").Str("K");
-  want.I32(2).Append(dataRecord(catData, "")).Append(dataRecord(recData, "Eva"));
-  want.I32(2);
-  want.Le(kSectionMark, 4).I32(0).I32(0).I32(0).U8(1).I32(0).I16(3).I32(-1).I32(-1).I32(-1);
-  want.Le(kSectionMark, 4).I32(1).I32(0).I32(1).U8(0).I32(0).I16(3).I32(-1).I32(-1).I32(-1);
-  want.Le(kSectionMark, 4);
-  std::vector<uint8_t> got = WriteBodyOf(db);
-  EXPECT_EQ(got, want.b);
-  for (size_t i = 0; i < std::min(got.size(), want.b.size()); ++i)
-    if (got[i] != want.b[i]) {
-      ADD_FAILURE() << "first difference at byte " << i;
-      break;
-    }
-}
-
 TEST(DatabaseBody, RoundTripKeepsTreeValuesAndCountersButNoTemporaryRecord) {
   engine::TDBManager db(1);
   model::AddFieldInfo(db.store, TextField("Name"), -1);
