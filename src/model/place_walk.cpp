@@ -1,5 +1,8 @@
 #include "model/place_walk.h"
 
+#include <algorithm>
+#include <string>
+
 namespace verdal::model {
 namespace {
 
@@ -28,11 +31,16 @@ void WalkBelow(TDBNode* start, Visit&& visit) {
     // a filter over many records does not wait for each of them in turn.
     // Each stage touches what the stage before it has brought in by now.
     auto at = [&](size_t ahead) { return f.index + ahead < kids.size() ? kids[f.index + ahead] : nullptr; };
-    if (const TDBNode* n = at(8)) __builtin_prefetch(n);
-    if (const TDBNode* n = at(6)) __builtin_prefetch(n->place);
-    if (const TDBNode* n = at(4); n != nullptr && n->place != nullptr) __builtin_prefetch(n->place->data);
-    if (const TDBNode* n = at(2); n != nullptr && n->place != nullptr && n->place->data != nullptr)
-      __builtin_prefetch(n->place->data->values.data());
+    if (const TDBNode* n = at(16)) __builtin_prefetch(n);
+    if (const TDBNode* n = at(12)) __builtin_prefetch(n->place);
+    if (const TDBNode* n = at(8); n != nullptr && n->place != nullptr) __builtin_prefetch(n->place->data);
+    if (const TDBNode* n = at(4); n != nullptr && n->place != nullptr && n->place->data != nullptr) {
+      // The values of a record span several cache lines; a filter may read any of them.
+      const auto& values = n->place->data->values;
+      const char* first = reinterpret_cast<const char*>(values.data());
+      const size_t bytes = std::min<size_t>(values.size() * sizeof(std::string), 512);
+      for (size_t offset = 0; offset < bytes; offset += 64) __builtin_prefetch(first + offset);
+    }
     TDBNode* child = kids[f.index++];
     if (child == nullptr) continue;
     if (visit(child) && child->children) stack.push_back({child, 0});
