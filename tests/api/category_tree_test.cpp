@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "recording_host.h"
+#include "field_helpers.h"
 #include "verdal.h"
 
 namespace {
@@ -28,7 +29,7 @@ class CategoryTree : public ::testing::Test {
  protected:
   // A (open) [a1, A2 (closed) [a21]], r, B (open) [b1]
   void SetUp() override {
-    db = VERDAL_OpenDB(nullptr, nullptr, 0, 0, nullptr, 0, 0, 0);
+    db = OpenMemoryDatabase();
     A = VERDAL_AddCategory(db, -1, "A");
     a1 = VERDAL_AddRecord(db, A, "a1", 0, nullptr, -1, 0, nullptr);
     A2 = VERDAL_AddCategory(db, A, "A2");
@@ -83,7 +84,7 @@ TEST_F(CategoryTree, OneWalkBuildsTheTreeInEachMode) {
   EXPECT_EQ(VERDAL_BuildCategoryTree(db, 0, Walk::Visit, 0, 7, -1), -3);
   EXPECT_EQ(VERDAL_BuildCategoryTree(db, 0, Walk::Visit, 0, 0, 999), -2);
   EXPECT_EQ(VERDAL_BuildCategoryTree(0, 0, Walk::Visit, 0, 0, -1), -1);
-  VerdalHandle empty = VERDAL_OpenDB(nullptr, nullptr, 0, 0, nullptr, 0, 0, 0);
+  VerdalHandle empty = OpenMemoryDatabase();
   Walk none;
   EXPECT_EQ(VERDAL_BuildCategoryTree(empty, 0, Walk::Visit, reinterpret_cast<intptr_t>(&none), 0, -1), 1);
   EXPECT_TRUE(none.lines.empty());
@@ -184,7 +185,7 @@ TEST_F(CategoryTree, RenamingOpeningAndMovingNodes) {
 }
 
 TEST_F(CategoryTree, HasCategoriesStaysTrueUntilTheStoreIsCleared) {
-  VerdalHandle empty = VERDAL_OpenDB(nullptr, nullptr, 0, 0, nullptr, 0, 0, 0);
+  VerdalHandle empty = OpenMemoryDatabase();
   EXPECT_EQ(VERDAL_HasCategories(empty), 0);
   int32_t c = VERDAL_AddCategory(empty, -1, "K");
   EXPECT_EQ(VERDAL_HasCategories(empty), 1);

@@ -1,8 +1,13 @@
 #pragma once
-// Field records with the defaults a new field has, for tests that build databases.
+// Databases in memory and field records with the defaults a new field has, for tests that
+// build databases.
 #include <cstring>
 
 #include "verdal.h"
+
+inline VerdalHandle OpenMemoryDatabase(int32_t sizeClass = 0) {
+  return VERDAL_OpenDB(nullptr, nullptr, 0, 0, nullptr, sizeClass, 0, 0);
+}
 
 inline TDBFieldParams FieldParams(const char* name, int16_t type) {
   TDBFieldParams p;

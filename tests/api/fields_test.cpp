@@ -10,7 +10,7 @@ namespace {
 
 class Fields : public ::testing::Test {
  protected:
-  void SetUp() override { db = VERDAL_OpenDB(nullptr, nullptr, 0, 0, nullptr, 0, 0, 0); }
+  void SetUp() override { db = OpenMemoryDatabase(); }
   void TearDown() override { VERDAL_CloseAllDBs(); }
   VerdalHandle db = 0;
 };
@@ -111,7 +111,7 @@ TEST_F(Fields, InfoCarriesEveryMemberBothWays) {
 }
 
 TEST_F(Fields, SameFieldsCompareNamesAndTypesOnly) {
-  VerdalHandle other = VERDAL_OpenDB(nullptr, nullptr, 0, 0, nullptr, 0, 0, 0);
+  VerdalHandle other = OpenMemoryDatabase();
   AddField(db, "Name", 0);
   AddField(db, "Preis", 1);
   TDBFieldParams preis = FieldParams("preis", 1);

@@ -148,7 +148,7 @@ TEST_F(Files, SearchingLongNamesAndMissingFiles) {
 }
 
 TEST_F(Files, AMemoryDatabaseSavesACopyAndStaysInMemory) {
-  VerdalHandle mem = VERDAL_OpenDB(nullptr, nullptr, 0, 0, nullptr, 1, 0, 0);
+  VerdalHandle mem = OpenMemoryDatabase(1);
   AddField(mem, "Name", 0);
   VERDAL_AddRecord(mem, -1, "r", 0, "Otto", 0, 0, nullptr);
   std::string name = dir / "kopie.dbd";

@@ -19,7 +19,7 @@ void Collect(const char* line) {
 }  // namespace
 
 TEST(Filters, SingleConditionsAndFailures) {
-  VerdalHandle db = VERDAL_OpenDB(nullptr, nullptr, 0, 0, nullptr, 0, 0, 0);
+  VerdalHandle db = OpenMemoryDatabase();
   AddField(db, "Ort", 0);
   AddField(db, "Preis", 1);
   VERDAL_SetTraceSink(Collect);

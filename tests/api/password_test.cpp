@@ -8,11 +8,10 @@
 #include <vector>
 
 #include "temp_folder.h"
+#include "field_helpers.h"
 #include "verdal.h"
 
 namespace {
-
-VerdalHandle OpenMemory() { return VERDAL_OpenDB(nullptr, nullptr, 0, 0, nullptr, 1, 0, 0); }
 
 struct Settings {
   std::string password;
@@ -95,7 +94,7 @@ class Password : public ::testing::Test {
 };
 
 TEST_F(Password, SetFollowsTheRules) {
-  VerdalHandle db = OpenMemory();
+  VerdalHandle db = OpenMemoryDatabase(1);
   ASSERT_NE(db, 0u);
   const std::string len31(31, 'p'), len32(32, 'p');
   struct Case {
@@ -134,7 +133,7 @@ TEST_F(Password, UnknownHandles) {
 }
 
 TEST_F(Password, DialogWithoutUserInterfaceChangesNothing) {
-  VerdalHandle db = OpenMemory();
+  VerdalHandle db = OpenMemoryDatabase(1);
   ASSERT_EQ(VERDAL_SetPWDAndCompression(db, "geheim123", 1), 1);
   char password[32];
   int32_t compress = -1;
@@ -145,7 +144,7 @@ TEST_F(Password, DialogWithoutUserInterfaceChangesNothing) {
 }
 
 TEST_F(Password, DialogRefusesThenTakesOver) {
-  VerdalHandle db = OpenMemory();
+  VerdalHandle db = OpenMemoryDatabase(1);
   VerdalUserInterface ui{};
   ui.messageBox = ScriptMessage;
   ui.runSheet = ScriptSheet;

@@ -7,14 +7,13 @@
 #include <string>
 #include <vector>
 
+#include "field_helpers.h"
 #include "verdal.h"
 
 namespace {
 
 std::vector<std::string> g_trace;
 void CollectTrace(const char* line) { g_trace.emplace_back(line); }
-
-VerdalHandle OpenMemory() { return VERDAL_OpenDB(nullptr, nullptr, 0, 0, nullptr, 1, 0, 0); }
 
 class Pool : public ::testing::Test {
  protected:
@@ -32,7 +31,7 @@ class Pool : public ::testing::Test {
 }  // namespace
 
 TEST_F(Pool, MemoryDatabasesStandInOrderOfOpening) {
-  VerdalHandle a = OpenMemory(), b = OpenMemory(), c = OpenMemory();
+  VerdalHandle a = OpenMemoryDatabase(1), b = OpenMemoryDatabase(1), c = OpenMemoryDatabase(1);
   ASSERT_NE(a, 0u);
   EXPECT_EQ(std::set<VerdalHandle>({a, b, c}).size(), 3u);
   EXPECT_EQ(VERDAL_GetDBCount(), 3);
@@ -51,9 +50,9 @@ TEST_F(Pool, MemoryDatabasesStandInOrderOfOpening) {
 }
 
 TEST_F(Pool, UnknownZeroAndStaleHandlesFailWithCodeOne) {
-  VerdalHandle stale = OpenMemory();
+  VerdalHandle stale = OpenMemoryDatabase(1);
   ASSERT_EQ(VERDAL_CloseDB(stale), 1);
-  VerdalHandle fresh = OpenMemory();
+  VerdalHandle fresh = OpenMemoryDatabase(1);
   EXPECT_NE(fresh, stale);  // handles are never reused
   VerdalDBProperties props;
   char id[37];
@@ -79,7 +78,7 @@ TEST_F(Pool, UnknownZeroAndStaleHandlesFailWithCodeOne) {
 }
 
 TEST_F(Pool, PropertiesAndIdentifierOfAMemoryDatabase) {
-  VerdalHandle db = OpenMemory();
+  VerdalHandle db = OpenMemoryDatabase(1);
   VerdalDBProperties props;
   std::memset(&props, 0x55, sizeof props);
   ASSERT_EQ(VERDAL_GetDBProperties(db, &props), 1);
@@ -93,12 +92,12 @@ TEST_F(Pool, PropertiesAndIdentifierOfAMemoryDatabase) {
   char id[37], other[37];
   ASSERT_EQ(VERDAL_GetDBIdentifier(db, id), 1);
   EXPECT_TRUE(std::regex_match(id, std::regex("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9a-f]{3}-[0-9A-F]{4}-[0-9A-F]{12}"))) << id;
-  ASSERT_EQ(VERDAL_GetDBIdentifier(OpenMemory(), other), 1);
+  ASSERT_EQ(VERDAL_GetDBIdentifier(OpenMemoryDatabase(1), other), 1);
   EXPECT_STRNE(id, other);
 }
 
 TEST_F(Pool, ViewsAreFoundByNameAndModesAreChecked) {
-  VerdalHandle db = OpenMemory();
+  VerdalHandle db = OpenMemoryDatabase(1);
   EXPECT_EQ(VERDAL_CreateView(db, nullptr, VERDAL_VIEW_RECORDS), 0);
   EXPECT_EQ(VERDAL_CreateView(db, "", VERDAL_VIEW_BOTH), 0);
   EXPECT_EQ(VERDAL_CreateView(db, "Liste", VERDAL_VIEW_RECORDS), 1);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "recording_host.h"
+#include "field_helpers.h"
 #include "verdal.h"
 
 namespace {
@@ -13,7 +14,7 @@ using Ints = std::vector<int32_t>;
 
 class TreeOps : public ::testing::Test {
  protected:
-  void SetUp() override { db = VERDAL_OpenDB(nullptr, nullptr, 0, 0, nullptr, 0, 0, 0); }
+  void SetUp() override { db = OpenMemoryDatabase(); }
   void TearDown() override { VERDAL_CloseAllDBs(); }
 
   // Cursors in tree order, depth-first, by stepping with descend on from the first node.

@@ -32,7 +32,7 @@ class FilteredChildren : public ::testing::Test {
  protected:
   void SetUp() override {
     VERDAL_SetLanguage(0x407);
-    db = VERDAL_OpenDB(nullptr, nullptr, 0, 0, nullptr, 0, 0, 0);
+    db = OpenMemoryDatabase();
     AddField(db, "Name", 0);
     AddField(db, "Preis", 1);
     AddField(db, "Datum", 5);
