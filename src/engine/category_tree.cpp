@@ -127,7 +127,7 @@ bool CollectChildren(TDBManager& db, int32_t cursor, int32_t viewIndex, bool rec
                      std::vector<int32_t>& out) {
   NodeStore& store = db.store;
   int32_t resolved = ResolveCursor(store, cursor);
-  TDBCategoryData* place = resolved == -1 ? nullptr : LookupPlace(store, resolved);
+  TDBCategoryData* place = LookupPlace(store, resolved);  // null for -1 too
   if (place == nullptr) {
     SetLastError(5);
     return false;
@@ -148,7 +148,7 @@ int32_t SetCategoryInfo(TDBManager& db, int32_t cursor, const char* name, const 
                         int32_t* positionOut, bool checkOnly, int32_t viewIndex) {
   NodeStore& store = db.store;
   int32_t resolved = ResolveCursor(store, cursor);
-  TDBCategoryData* place = resolved == -1 ? nullptr : LookupPlace(store, resolved);
+  TDBCategoryData* place = LookupPlace(store, resolved);  // null for -1 too
   if (place == nullptr) {
     SetLastError(5);
     return 0;

@@ -117,7 +117,7 @@ int32_t DuplicateRecord(TDBManager& db, int32_t sourceCursor, int32_t parentCurs
     return -1;
   }
   int32_t source = ResolveCursor(store, sourceCursor);
-  TDBCategoryData* sourcePlace = source == -1 ? nullptr : LookupPlace(store, source);
+  TDBCategoryData* sourcePlace = LookupPlace(store, source);
   TDBDataRecord* sourceData = sourcePlace != nullptr ? DataOf(store, sourcePlace) : nullptr;
   if (sourceData == nullptr) {
     SetLastError(5);
@@ -165,7 +165,7 @@ int32_t DeleteRecord(TDBManager& db, int32_t cursor, int32_t flags, bool notify,
   NodeStore& store = db.store;
   platform::Trace("VERDAL_DeleteRecordEx: %d", cursor);
   int32_t resolved = ResolveCursor(store, cursor);
-  TDBCategoryData* place = resolved == -1 ? nullptr : LookupPlace(store, resolved);
+  TDBCategoryData* place = LookupPlace(store, resolved);  // null for -1 too
   if (place == nullptr) {
     SetLastError(5);
     return 0;

@@ -43,7 +43,7 @@ int32_t SetData(TDBManager& db, int32_t fieldIndex, const char* value, int32_t c
                 bool validate, char* errorText, VerdalWindow window) {
   NodeStore& store = db.store;
   int32_t resolved = ResolveCursor(store, cursor);
-  TDBCategoryData* place = resolved == -1 ? nullptr : LookupPlace(store, resolved);
+  TDBCategoryData* place = LookupPlace(store, resolved);  // null for -1 too
   if (place == nullptr || place->IsRootPlace()) {
     SetLastError(5);
     return 0;
