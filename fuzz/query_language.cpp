@@ -1,5 +1,6 @@
 // Arbitrary text through the query language: parse, then evaluate as text and as truth. A step
-// limit stops loops through the cancellation error, so that no input can hang the run.
+// limit stops loops through the cancellation error, so that no input can hang the run. Where the
+// tree has the shape of a simple filter, the predicate must answer as the tree does.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -9,6 +10,7 @@
 #include <string>
 
 #include "query/query_expr.h"
+#include "query/qx_predicate.h"
 
 using namespace verdal::query;
 
@@ -68,7 +70,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     query->EvalString(&result);
     query->steps = 0;
     bool truth = false;
-    query->EvalBool(&truth);
+    const QX_Error error = query->EvalBool(&truth);
+    if (auto predicate = QX_Predicate::Compile(query->Tree())) {
+      const QX_Predicate::Answer answer = predicate->Decide(*query);
+      if (answer != QX_Predicate::kUndecided && (error != nullptr || truth != (answer == QX_Predicate::kYes)))
+        __builtin_trap();
+    }
     std::ostringstream printed;
     query->PrintTree(printed);
   }

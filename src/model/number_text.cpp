@@ -31,22 +31,15 @@ constexpr Powers kPow10;
 
 constexpr int kMaxExactDigits = 19;  // 10^19 - 1 < 2^64
 
-}  // namespace
-
-long double ReadNumber(std::string_view t) {
-  const size_t n = t.size();
-  size_t i = 0;
-  while (i < n && IsSpace(t[i])) ++i;
-  const size_t start = i;
-  bool negative = false;
-  if (i < n && (t[i] == '+' || t[i] == '-')) negative = t[i++] == '-';
-
-  // Collect up to 19 significant digits; values that fit are rounded once by a division, which
-  // gives the same correctly rounded result as strtold without its cost.
+// Digits of a decimal gathered into a 64-bit integer and a count of places after the point;
+// values that fit are rounded once by a division, which gives the same correctly rounded result
+// as strtold without its cost.
+struct ExactDigits {
   uint64_t mantissa = 0;
   int significant = 0, fractionDigits = 0;
   bool any = false, simple = true;
-  auto digit = [&](char c, bool fraction) {
+
+  void Add(char c, bool fraction) {
     any = true;
     if (mantissa == 0 && c == '0') {
       if (fraction) ++fractionDigits;
@@ -57,30 +50,63 @@ long double ReadNumber(std::string_view t) {
     } else {
       simple = false;
     }
-  };
-  while (i < n && IsDigit(t[i])) digit(t[i++], false);
+  }
+  bool Exact() const { return simple && fractionDigits <= kMaxExactPower; }
+  long double Value(bool negative) const {
+    const long double v = static_cast<long double>(mantissa) / kPow10.p[fractionDigits];
+    return negative ? -v : v;
+  }
+};
+
+}  // namespace
+
+long double ReadNumber(std::string_view t) {
+  const size_t n = t.size();
+  size_t i = 0;
+  while (i < n && IsSpace(t[i])) ++i;
+  const size_t start = i;
+  bool negative = false;
+  if (i < n && (t[i] == '+' || t[i] == '-')) negative = t[i++] == '-';
+
+  ExactDigits d;
+  while (i < n && IsDigit(t[i])) d.Add(t[i++], false);
   if (i < n && t[i] == '.') {
     ++i;
-    while (i < n && IsDigit(t[i])) digit(t[i++], true);
+    while (i < n && IsDigit(t[i])) d.Add(t[i++], true);
   }
-  if (!any) return 0;
+  if (!d.any) return 0;
   if (i < n && (t[i] == 'e' || t[i] == 'E')) {
     size_t j = i + 1;
     if (j < n && (t[j] == '+' || t[j] == '-')) ++j;
     if (j < n && IsDigit(t[j])) {
       while (j < n && IsDigit(t[j])) ++j;
       i = j;
-      simple = false;
+      d.simple = false;
     }
   }
-  if (simple && fractionDigits <= kMaxExactPower) {
-    const long double v = static_cast<long double>(mantissa) / kPow10.p[fractionDigits];
-    return negative ? -v : v;
-  }
+  if (d.Exact()) return d.Value(negative);
   const std::string copy(t.substr(start, i - start));
   long double v = strtold_l(copy.c_str(), nullptr, CLocale());
   if (std::isinf(v)) v = std::signbit(v) ? -LDBL_MAX : LDBL_MAX;
   return v;
+}
+
+bool ReadPlainNumber(const char* p, long double* valueOut) {
+  bool negative = false;
+  if (*p == '+' || *p == '-') negative = *p++ == '-';
+  ExactDigits d;
+  while (IsDigit(*p)) d.Add(*p++, false);
+  if (*p == '.') {
+    ++p;
+    while (IsDigit(*p)) d.Add(*p++, true);
+  }
+  if (!d.any) {
+    *valueOut = 0;
+    return true;
+  }
+  if (*p == 'e' || *p == 'E' || !d.Exact()) return false;
+  *valueOut = d.Value(negative);
+  return true;
 }
 
 void FormatNumber(long double value, int decimals, std::string& out) {

@@ -13,6 +13,12 @@ namespace verdal::model {
 // A number too large for the format gives the largest finite value of its sign.
 long double ReadNumber(std::string_view text);
 
+// The common case of ReadNumber in one pass, for hot loops over stored values: a NUL-terminated
+// text that starts, without white space, with [sign] digits [. digits] and no exponent mark after
+// them. Gives the same value as ReadNumber, 0 for text without digits. False, with valueOut
+// untouched, for any other form (an exponent, more than 19 significant digits).
+bool ReadPlainNumber(const char* text, long double* valueOut);
+
 // Prints with exactly `decimals` digits after a point; with 0 (or less) without a point. A value
 // that is not finite prints as 0.
 void FormatNumber(long double value, int decimals, std::string& out);

@@ -11,10 +11,18 @@ bool KindMatches(int32_t kinds, bool isCategory) {
                     : (kinds == kKindRecords || kinds == kKindBoth);
 }
 
+// Asks for every cache line of the bytes, including a partial last one.
+void PrefetchBytes(const void* start, size_t bytes) {
+  const uintptr_t first = reinterpret_cast<uintptr_t>(start) & ~uintptr_t{63};
+  const uintptr_t end = reinterpret_cast<uintptr_t>(start) + bytes;
+  for (uintptr_t line = first; line < end; line += 64) __builtin_prefetch(reinterpret_cast<const void*>(line));
+}
+
 // Visits the nodes below start in depth-first order with an explicit stack; visit returns whether
-// to descend into the node.
+// to descend into the node. warm, when given, is called for the records of nodes a few steps
+// ahead with what visit will read of them.
 template <class Visit>
-void WalkBelow(TDBNode* start, Visit&& visit) {
+void WalkBelow(TDBNode* start, Visit&& visit, const std::function<void(const TDBDataRecord&)>& warm) {
   struct Frame {
     TDBNode* node;
     size_t index;
@@ -27,19 +35,16 @@ void WalkBelow(TDBNode* start, Visit&& visit) {
       continue;
     }
     const std::vector<TDBNode*>& kids = *f.node->children;
-    // Siblings lie anywhere in memory: ask for the next ones' places and values early, so that
-    // a filter over many records does not wait for each of them in turn.
-    // Each stage touches what the stage before it has brought in by now.
+    // Siblings lie anywhere in memory: ask for the next ones' places and records early, each
+    // stage touching what the stage before it has brought in by now.
     auto at = [&](size_t ahead) { return f.index + ahead < kids.size() ? kids[f.index + ahead] : nullptr; };
-    if (const TDBNode* n = at(16)) __builtin_prefetch(n);
-    if (const TDBNode* n = at(12)) __builtin_prefetch(n->place);
-    if (const TDBNode* n = at(8); n != nullptr && n->place != nullptr) __builtin_prefetch(n->place->data);
-    if (const TDBNode* n = at(4); n != nullptr && n->place != nullptr && n->place->data != nullptr) {
-      // The values of a record span several cache lines; a filter may read any of them.
-      const auto& values = n->place->data->values;
-      const char* first = reinterpret_cast<const char*>(values.data());
-      const size_t bytes = std::min<size_t>(values.size() * sizeof(std::string), 512);
-      for (size_t offset = 0; offset < bytes; offset += 64) __builtin_prefetch(first + offset);
+    // A node may straddle two cache lines; the walk reads both.
+    if (const TDBNode* n = at(24)) PrefetchBytes(n, sizeof(TDBNode));
+    if (const TDBNode* n = at(16)) PrefetchBytes(n->place, sizeof(TDBCategoryData));
+    if (warm) {
+      if (const TDBNode* n = at(10); n != nullptr && n->place != nullptr) __builtin_prefetch(n->place->data);
+      if (const TDBNode* n = at(5); n != nullptr && n->place != nullptr && n->place->data != nullptr)
+        warm(*n->place->data);
     }
     TDBNode* child = kids[f.index++];
     if (child == nullptr) continue;
@@ -48,6 +53,10 @@ void WalkBelow(TDBNode* start, Visit&& visit) {
 }
 
 }  // namespace
+
+void PlaceFilter::Prefetch(const TDBDataRecord& record) const {
+  PrefetchBytes(record.values.data(), std::min<size_t>(record.values.size() * sizeof(std::string), 512));
+}
 
 void CollectPlaces(NodeStore& /*store*/, TDBNode* start, std::vector<int32_t>& list, int32_t kinds,
                    bool recurse, bool onlyExpanded, PlaceFilter* filter, bool includeStart) {
@@ -61,10 +70,15 @@ void CollectPlaces(NodeStore& /*store*/, TDBNode* start, std::vector<int32_t>& l
   };
   if (includeStart && start->cursor >= 0) tryTake(start);
   if (!enters(start)) return;
-  WalkBelow(start, [&](TDBNode* child) {
-    tryTake(child);
-    return recurse && enters(child);
-  });
+  std::function<void(const TDBDataRecord&)> warm;
+  if (filter != nullptr) warm = [filter](const TDBDataRecord& record) { filter->Prefetch(record); };
+  WalkBelow(
+      start,
+      [&](TDBNode* child) {
+        tryTake(child);
+        return recurse && enters(child);
+      },
+      warm);
 }
 
 int32_t FindByValue(NodeStore& store, int32_t fieldIndex, const char* value, bool asStored,
@@ -85,6 +99,9 @@ int32_t FindByValue(NodeStore& store, int32_t fieldIndex, const char* value, boo
       }
     }
     return found < 0;
+  }, [position = store.fields[static_cast<size_t>(fieldIndex)]->position](const TDBDataRecord& record) {
+    if (position >= 0 && static_cast<size_t>(position) < record.values.size())
+      __builtin_prefetch(&record.values[static_cast<size_t>(position)]);
   });
   return found;
 }

@@ -90,6 +90,24 @@ QX_QueryCache::QX_QueryCache(model::NodeStore& store, const char* text, model::T
   // A name bound twice answers "already defined", which changes nothing.
   for (const Binding& b : bindings) DefineField(b.name.c_str(), false, b.index);
   lastError = Parse(queryText.c_str());
+  if (lastError == nullptr) predicate_ = QX_Predicate::Compile(Tree());
+  if (predicate_ == nullptr) return;
+  for (int32_t index : predicate_->Fields()) {
+    if (index == kTitleField) {
+      readsTitle_ = true;
+    } else if (index >= 0 && static_cast<size_t>(index) < store.fields.size() &&
+               store.fields[static_cast<size_t>(index)] != nullptr &&
+               store.fields[static_cast<size_t>(index)]->position >= 0) {
+      readPositions_.push_back(static_cast<size_t>(store.fields[static_cast<size_t>(index)]->position));
+    }
+  }
+}
+
+void QX_QueryCache::Prefetch(const model::TDBDataRecord& record) const {
+  if (predicate_ == nullptr) return PlaceFilter::Prefetch(record);
+  for (size_t position : readPositions_)
+    if (position < record.values.size()) __builtin_prefetch(&record.values[position]);
+  if (readsTitle_) __builtin_prefetch(&record.title);
 }
 
 // The language alone compares bytes; the system comparison holds while engine queries live.
@@ -253,6 +271,10 @@ bool QX_QueryCache::Evaluate(int32_t cursor, const model::TDBCategoryData* known
     nodeFor_ = generation_;
   }
   if (lastError != nullptr) return false;
+  if (predicate_ != nullptr) {
+    const QX_Predicate::Answer answer = predicate_->Decide(*this);
+    if (answer != QX_Predicate::kUndecided) return answer == QX_Predicate::kYes;
+  }
   bool result = true;
   if (QX_Error e = EvalBool(&result)) lastError = e;
   return result;

@@ -10,6 +10,7 @@
 // the end of the query, which is what field values need; nothing is handed over, so nothing can
 // leak, and a read allocates nothing once a slot has grown to its size.
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,7 @@
 #include "model/node_store.h"
 #include "model/place_walk.h"
 #include "query/query_expr.h"
+#include "query/qx_predicate.h"
 
 namespace verdal::model {
 class TLinkResolver;
@@ -47,6 +49,8 @@ class QX_QueryCache : public QueryExpr, public model::PlaceFilter {
   bool Test(int32_t cursor);
   // The same for a place a walk holds already, without looking it up again.
   bool Accepts(const model::TDBCategoryData& place) override;
+  // Only the values the filter reads, where that is known.
+  void Prefetch(const model::TDBDataRecord& record) const override;
 
   QX_Error GetField(QX_FieldText* textOut, int32_t index) override;
   // Assignments to fields change nothing and are no error.
@@ -89,6 +93,11 @@ class QX_QueryCache : public QueryExpr, public model::PlaceFilter {
                                        const char* pattern, const char*, const char*);
   const char* Answer(bool yes);
 
+  // The filter's common shape decided without the tree; null for other shapes.
+  std::unique_ptr<QX_Predicate> predicate_;
+  // Where the predicate's fields sit in a record; the title is read from elsewhere.
+  std::vector<size_t> readPositions_;
+  bool readsTitle_ = false;
   int32_t currentCursor = -1;
   model::NodeStore* database;
   model::TLinkResolver* links_;

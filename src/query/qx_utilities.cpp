@@ -4,6 +4,7 @@
 #include <cstring>
 #include <ostream>
 
+#include "model/number_text.h"
 #include "query/qx_number_text.h"
 #include "query/qx_value_expr.h"
 
@@ -42,6 +43,8 @@ QX_Error QX_Utilities::ToNumber(const QX_Expression* value, long double* numberO
 
 QX_Error QX_Utilities::TextToNumber(const char* text, long double* numberOut) {
   while (IsBlank(*text)) ++text;
+  // Stored numbers nearly always have the plain form, read here in one pass.
+  if (model::ReadPlainNumber(text, numberOut)) return nullptr;
   const size_t length = QX_DecimalLength(text, true);
   if (length == 0) {
     *numberOut = 0;

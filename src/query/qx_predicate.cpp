@@ -1,0 +1,230 @@
+#include "query/qx_predicate.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "query/query_expr.h"
+#include "query/qx_char_upper.h"
+#include "query/qx_field_expr.h"
+#include "query/qx_value_expr.h"
+
+namespace verdal::query {
+
+namespace {
+
+// Deeper trees are rare enough to leave to the tree, and the recursion here stays shallow.
+constexpr int kMaxDepth = 64;
+
+bool IsRelation(int32_t kind) { return kind >= kKindLt && kind <= kKindGt; }
+
+// The relation's verdict on left - right, as the relation nodes decide it.
+bool Holds(int32_t kind, long double difference) {
+  switch (kind) {
+    case kKindLt: return difference < 0;
+    case kKindLe: return difference <= 0;
+    case kKindEq: return difference == 0;
+    case kKindNe: return difference != 0;
+    case kKindGe: return difference >= 0;
+    default: return difference > 0;
+  }
+}
+
+const QX_Expression* LeftOf(const QX_Expression* node) {
+  return static_cast<const QX_BinaryExpr*>(node)->Left();
+}
+const QX_Expression* RightOf(const QX_Expression* node) {
+  return static_cast<const QX_BinaryExpr*>(node)->Right();
+}
+
+}  // namespace
+
+std::unique_ptr<QX_Predicate> QX_Predicate::Compile(const QX_Expression* tree) {
+  if (tree == nullptr) return nullptr;
+  std::unique_ptr<QX_Predicate> predicate(new QX_Predicate());
+  if (predicate->AddStep(tree, 0) != 0) return nullptr;
+  // Upper-cased literals are placed now that the operands no longer move; each field named
+  // gets one read, shared by all its operands.
+  std::vector<FieldRead>& reads = predicate->reads_;
+  for (Operand& o : predicate->operands_) {
+    if (o.source == Operand::kText && o.upcase) o.text = o.ownText.c_str();
+    if (o.source != Operand::kField) continue;
+    for (size_t i = 0; i < reads.size() && o.read < 0; ++i)
+      if (reads[i].field == o.field) o.read = static_cast<int32_t>(i);
+    if (o.read < 0) {
+      o.read = static_cast<int32_t>(reads.size());
+      reads.push_back(FieldRead{o.field});
+    }
+  }
+  return predicate;
+}
+
+// Adds the step for node and its children; the root becomes step 0. -1 when the shape is not
+// covered.
+int32_t QX_Predicate::AddStep(const QX_Expression* node, int depth) {
+  if (node == nullptr || depth > kMaxDepth) return -1;
+  const int32_t kind = node->Kind();
+  const int32_t at = static_cast<int32_t>(steps_.size());
+  steps_.push_back(Step{kind, -1, -1});
+  int32_t first = -1, second = -1;
+  if (kind == kKindAnd || kind == kKindOr) {
+    first = AddStep(LeftOf(node), depth + 1);
+    second = first < 0 ? -1 : AddStep(RightOf(node), depth + 1);
+  } else if (kind == kKindNot) {
+    first = AddStep(static_cast<const QX_UnaryExpr*>(node)->Operand(), depth + 1);
+    second = 0;
+  } else if (IsRelation(kind) || kind == kKindSearch) {
+    first = AddOperand(LeftOf(node));
+    second = first < 0 ? -1 : AddOperand(RightOf(node));
+    // A search of or in a number is an error every time: the tree reports it.
+    if (kind == kKindSearch && second >= 0 &&
+        (operands_[static_cast<size_t>(first)].source == Operand::kNumber ||
+         operands_[static_cast<size_t>(second)].source == Operand::kNumber))
+      return -1;
+  }
+  if (first < 0 || second < 0) return -1;
+  steps_[static_cast<size_t>(at)].first = first;
+  steps_[static_cast<size_t>(at)].second = second;
+  return at;
+}
+
+int32_t QX_Predicate::AddOperand(const QX_Expression* node) {
+  if (node == nullptr) return -1;
+  Operand o;
+  const QX_Expression* inner = node;
+  if (node->Kind() == kKindUpcase) {
+    o.upcase = true;
+    inner = static_cast<const QX_UnaryExpr*>(node)->Operand();
+    if (inner == nullptr) return -1;
+  }
+  switch (inner->Kind()) {
+    case kKindFIdx:
+      o.source = Operand::kField;
+      o.field = static_cast<const QX_FIdxExpr*>(inner)->Index();
+      break;
+    case kKindStr:
+      o.source = Operand::kText;
+      o.text = static_cast<const QX_StrExpr*>(inner)->Text();
+      if (o.upcase) {
+        o.ownText = o.text;
+        QX_UpcaseInPlace(o.ownText.data());
+      }
+      break;
+    case kKindNum:
+      if (o.upcase) return -1;  // an error at every node
+      o.source = Operand::kNumber;
+      o.number = static_cast<const QX_NumExpr*>(inner)->Value();
+      break;
+    default:
+      return -1;
+  }
+  operands_.push_back(std::move(o));
+  return static_cast<int32_t>(operands_.size() - 1);
+}
+
+std::vector<int32_t> QX_Predicate::Fields() const {
+  std::vector<int32_t> fields;
+  for (const FieldRead& read : reads_) fields.push_back(read.field);
+  return fields;
+}
+
+QX_Predicate::Answer QX_Predicate::Decide(QueryExpr& query) {
+  ++generation_;
+  return Run(query, 0);
+}
+
+QX_Predicate::FieldRead* QX_Predicate::ReadOf(QueryExpr& query, const Operand& operand) {
+  FieldRead* read = &reads_[static_cast<size_t>(operand.read)];
+  if (read->generation == generation_) return read->text != nullptr ? read : nullptr;
+  read->generation = generation_;
+  read->numbered = false;
+  read->text = nullptr;
+  QX_FieldText value;
+  const QX_Error e = query.GetField(&value, read->field);
+  if (value.owned) {
+    // Computed texts handed over are left to the tree, which frees them with its values.
+    std::free(const_cast<char*>(value.text));
+    return nullptr;
+  }
+  if (e != nullptr) return nullptr;
+  read->text = value.text != nullptr ? value.text : "";
+  return read;
+}
+
+bool QX_Predicate::TextOf(QueryExpr& query, Operand& operand, const char** textOut) {
+  if (operand.source == Operand::kText) {
+    *textOut = operand.text;
+    return true;
+  }
+  const FieldRead* read = ReadOf(query, operand);
+  if (read == nullptr) return false;
+  if (!operand.upcase) {
+    *textOut = read->text;
+    return true;
+  }
+  operand.scratch.assign(read->text);
+  QX_UpcaseInPlace(operand.scratch.data());
+  *textOut = operand.scratch.c_str();
+  return true;
+}
+
+inline bool QX_Predicate::NumberOf(QueryExpr& query, Operand& operand, long double* numberOut) {
+  if (operand.source == Operand::kNumber) {
+    *numberOut = operand.number;
+    return true;
+  }
+  if (operand.source == Operand::kText || operand.upcase) {
+    const char* text = nullptr;
+    if (!TextOf(query, operand, &text)) return false;
+    return QX_Utilities::TextToNumber(text, numberOut) == nullptr;
+  }
+  FieldRead* read = ReadOf(query, operand);
+  if (read == nullptr) return false;
+  if (!read->numbered) {
+    read->numberFailed = QX_Utilities::TextToNumber(read->text, &read->number) != nullptr;
+    read->numbered = true;
+  }
+  *numberOut = read->number;
+  return !read->numberFailed;
+}
+
+QX_Predicate::Answer QX_Predicate::Run(QueryExpr& query, int32_t index) {
+  const Step& step = steps_[static_cast<size_t>(index)];
+  switch (step.kind) {
+    case kKindAnd:
+    case kKindOr: {
+      const Answer first = Run(query, step.first);
+      if (first == kUndecided) return kUndecided;
+      // Short-circuit as the tree does: the right side is not even read.
+      if ((first == kYes) == (step.kind == kKindOr)) return first;
+      return Run(query, step.second);
+    }
+    case kKindNot: {
+      const Answer inner = Run(query, step.first);
+      return inner == kUndecided ? kUndecided : inner == kYes ? kNo : kYes;
+    }
+    default:
+      break;
+  }
+  Operand& left = operands_[static_cast<size_t>(step.first)];
+  Operand& right = operands_[static_cast<size_t>(step.second)];
+  if (step.kind == kKindSearch) {
+    const char* text = nullptr;
+    const char* part = nullptr;
+    if (!TextOf(query, left, &text) || !TextOf(query, right, &part)) return kUndecided;
+    return std::strstr(text, part) != nullptr ? kYes : kNo;
+  }
+  long double difference = 0;
+  if (left.source != Operand::kNumber && right.source != Operand::kNumber) {
+    const char* a = nullptr;
+    const char* b = nullptr;
+    if (!TextOf(query, left, &a) || !TextOf(query, right, &b)) return kUndecided;
+    difference = QX_Utilities::CompareText(a, b);
+  } else {
+    long double x = 0, y = 0;
+    if (!NumberOf(query, left, &x) || !NumberOf(query, right, &y)) return kUndecided;
+    difference = x - y;
+  }
+  return Holds(step.kind, difference) ? kYes : kNo;
+}
+
+}  // namespace verdal::query
