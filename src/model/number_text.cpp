@@ -52,10 +52,6 @@ struct ExactDigits {
     }
   }
   bool Exact() const { return simple && fractionDigits <= kMaxExactPower; }
-  long double Value(bool negative) const {
-    const long double v = static_cast<long double>(mantissa) / kPow10.p[fractionDigits];
-    return negative ? -v : v;
-  }
 };
 
 }  // namespace
@@ -84,14 +80,19 @@ long double ReadNumber(std::string_view t) {
       d.simple = false;
     }
   }
-  if (d.Exact()) return d.Value(negative);
+  if (d.Exact()) return PlainDecimal{d.mantissa, d.fractionDigits, negative}.Value();
   const std::string copy(t.substr(start, i - start));
   long double v = strtold_l(copy.c_str(), nullptr, CLocale());
   if (std::isinf(v)) v = std::signbit(v) ? -LDBL_MAX : LDBL_MAX;
   return v;
 }
 
-bool ReadPlainNumber(const char* p, long double* valueOut) {
+long double PlainDecimal::Value() const {
+  const long double v = static_cast<long double>(mantissa) / kPow10.p[fractionDigits];
+  return negative ? -v : v;
+}
+
+bool ReadPlainDecimal(const char* p, PlainDecimal* out) {
   bool negative = false;
   if (*p == '+' || *p == '-') negative = *p++ == '-';
   ExactDigits d;
@@ -101,11 +102,11 @@ bool ReadPlainNumber(const char* p, long double* valueOut) {
     while (IsDigit(*p)) d.Add(*p++, true);
   }
   if (!d.any) {
-    *valueOut = 0;
+    *out = PlainDecimal{};
     return true;
   }
   if (*p == 'e' || *p == 'E' || !d.Exact()) return false;
-  *valueOut = d.Value(negative);
+  *out = PlainDecimal{d.mantissa, d.fractionDigits, negative};
   return true;
 }
 

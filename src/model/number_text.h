@@ -13,11 +13,21 @@ namespace verdal::model {
 // A number too large for the format gives the largest finite value of its sign.
 long double ReadNumber(std::string_view text);
 
+// A decimal in the plain form [sign] digits [. digits], exactly ±mantissa / 10^fractionDigits.
+struct PlainDecimal {
+  uint64_t mantissa = 0;
+  int32_t fractionDigits = 0;
+  bool negative = false;
+
+  // As ReadNumber gives it: correctly rounded to 80 bits.
+  long double Value() const;
+};
+
 // The common case of ReadNumber in one pass, for hot loops over stored values: a NUL-terminated
 // text that starts, without white space, with [sign] digits [. digits] and no exponent mark after
-// them. Gives the same value as ReadNumber, 0 for text without digits. False, with valueOut
-// untouched, for any other form (an exponent, more than 19 significant digits).
-bool ReadPlainNumber(const char* text, long double* valueOut);
+// them. Text without digits reads as 0. False, with out untouched, for any other form (an
+// exponent, more than 19 significant digits).
+bool ReadPlainDecimal(const char* text, PlainDecimal* out);
 
 // Prints with exactly `decimals` digits after a point; with 0 (or less) without a point. A value
 // that is not finite prints as 0.

@@ -21,8 +21,8 @@ void PrefetchBytes(const void* start, size_t bytes) {
 // Visits the nodes below start in depth-first order with an explicit stack; visit returns whether
 // to descend into the node. warm, when given, is called for the records of nodes a few steps
 // ahead with what visit will read of them.
-template <class Visit>
-void WalkBelow(TDBNode* start, Visit&& visit, const std::function<void(const TDBDataRecord&)>& warm) {
+template <class Visit, class Warm>
+void WalkBelow(TDBNode* start, Visit&& visit, bool readsRecords, Warm&& warm) {
   struct Frame {
     TDBNode* node;
     size_t index;
@@ -41,7 +41,7 @@ void WalkBelow(TDBNode* start, Visit&& visit, const std::function<void(const TDB
     // A node may straddle two cache lines; the walk reads both.
     if (const TDBNode* n = at(24)) PrefetchBytes(n, sizeof(TDBNode));
     if (const TDBNode* n = at(16)) PrefetchBytes(n->place, sizeof(TDBCategoryData));
-    if (warm) {
+    if (readsRecords) {
       if (const TDBNode* n = at(10); n != nullptr && n->place != nullptr) __builtin_prefetch(n->place->data);
       if (const TDBNode* n = at(5); n != nullptr && n->place != nullptr && n->place->data != nullptr)
         warm(*n->place->data);
@@ -70,15 +70,13 @@ void CollectPlaces(NodeStore& /*store*/, TDBNode* start, std::vector<int32_t>& l
   };
   if (includeStart && start->cursor >= 0) tryTake(start);
   if (!enters(start)) return;
-  std::function<void(const TDBDataRecord&)> warm;
-  if (filter != nullptr) warm = [filter](const TDBDataRecord& record) { filter->Prefetch(record); };
   WalkBelow(
       start,
       [&](TDBNode* child) {
         tryTake(child);
         return recurse && enters(child);
       },
-      warm);
+      filter != nullptr, [filter](const TDBDataRecord& record) { filter->Prefetch(record); });
 }
 
 int32_t FindByValue(NodeStore& store, int32_t fieldIndex, const char* value, bool asStored,
@@ -99,7 +97,7 @@ int32_t FindByValue(NodeStore& store, int32_t fieldIndex, const char* value, boo
       }
     }
     return found < 0;
-  }, [position = store.fields[static_cast<size_t>(fieldIndex)]->position](const TDBDataRecord& record) {
+  }, true, [position = store.fields[static_cast<size_t>(fieldIndex)]->position](const TDBDataRecord& record) {
     if (position >= 0 && static_cast<size_t>(position) < record.values.size())
       __builtin_prefetch(&record.values[static_cast<size_t>(position)]);
   });

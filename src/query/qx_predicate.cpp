@@ -52,7 +52,8 @@ std::unique_ptr<QX_Predicate> QX_Predicate::Compile(const QX_Expression* tree) {
       if (reads[i].field == o.field) o.read = static_cast<int32_t>(i);
     if (o.read < 0) {
       o.read = static_cast<int32_t>(reads.size());
-      reads.push_back(FieldRead{o.field});
+      reads.emplace_back();
+      reads.back().field = o.field;
     }
   }
   return predicate;
@@ -113,6 +114,7 @@ int32_t QX_Predicate::AddOperand(const QX_Expression* node) {
       if (o.upcase) return -1;  // an error at every node
       o.source = Operand::kNumber;
       o.number = static_cast<const QX_NumExpr*>(inner)->Value();
+      o.bound = model::DecimalBound(o.number);
       break;
     default:
       return -1;
@@ -177,14 +179,33 @@ inline bool QX_Predicate::NumberOf(QueryExpr& query, Operand& operand, long doub
     if (!TextOf(query, operand, &text)) return false;
     return QX_Utilities::TextToNumber(text, numberOut) == nullptr;
   }
-  FieldRead* read = ReadOf(query, operand);
+  FieldRead* read = NumberRead(query, operand);
   if (read == nullptr) return false;
-  if (!read->numbered) {
-    read->numberFailed = QX_Utilities::TextToNumber(read->text, &read->number) != nullptr;
-    read->numbered = true;
+  if (!read->valued) {
+    read->number = read->decimal.Value();
+    read->valued = true;
   }
   *numberOut = read->number;
   return !read->numberFailed;
+}
+
+QX_Predicate::FieldRead* QX_Predicate::NumberRead(QueryExpr& query, const Operand& operand) {
+  FieldRead* read = ReadOf(query, operand);
+  if (read == nullptr || read->numbered) return read;
+  read->numbered = true;
+  read->plain = QX_Utilities::TextToPlainDecimal(read->text, &read->decimal);
+  read->valued = !read->plain;
+  if (!read->plain) read->numberFailed = QX_Utilities::TextToNumber(read->text, &read->number) != nullptr;
+  return read;
+}
+
+QX_Predicate::Answer QX_Predicate::CompareInIntegers(QueryExpr& query, const Step& step,
+                                                     const Operand& field, const Operand& number,
+                                                     int orientation) {
+  const FieldRead* read = NumberRead(query, field);
+  int sign = 0;
+  if (read == nullptr || !read->plain || !number.bound.Compare(read->decimal, &sign)) return kUndecided;
+  return Holds(step.kind, orientation * sign) ? kYes : kNo;
 }
 
 QX_Predicate::Answer QX_Predicate::Run(QueryExpr& query, int32_t index) {
@@ -220,6 +241,13 @@ QX_Predicate::Answer QX_Predicate::Run(QueryExpr& query, int32_t index) {
     if (!TextOf(query, left, &a) || !TextOf(query, right, &b)) return kUndecided;
     difference = QX_Utilities::CompareText(a, b);
   } else {
+    // Stored numbers against a constant: most often decided in integers.
+    const bool leftField = left.source == Operand::kField && !left.upcase;
+    const bool rightField = right.source == Operand::kField && !right.upcase;
+    Answer quick = kUndecided;
+    if (leftField && right.source == Operand::kNumber) quick = CompareInIntegers(query, step, left, right, 1);
+    if (rightField && left.source == Operand::kNumber) quick = CompareInIntegers(query, step, right, left, -1);
+    if (quick != kUndecided) return quick;
     long double x = 0, y = 0;
     if (!NumberOf(query, left, &x) || !NumberOf(query, right, &y)) return kUndecided;
     difference = x - y;

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "model/decimal_bound.h"
 #include "query/qx_expression.h"
 
 namespace verdal::query {
@@ -37,6 +38,7 @@ class QX_Predicate {
     bool upcase = false;          // kField: the text upper-cased
     const char* text = nullptr;   // kText, upper-cased already where asked
     long double number = 0;       // kNumber
+    model::DecimalBound bound;    // kNumber, for comparisons in integers
     std::string ownText;          // an upper-cased literal
     std::string scratch;          // an upper-cased field, per node
   };
@@ -44,13 +46,18 @@ class QX_Predicate {
     int32_t kind = 0;  // kKindAnd, kKindOr, kKindNot, a relation or kKindSearch
     int32_t first = 0, second = 0;  // steps for and/or/not, operands otherwise
   };
-  // A field's text and number, read once per node however often the filter names it.
+  // A field's text and number, read once per node however often the filter names it. The
+  // number is kept in the plain decimal form where the text has it, and made an 80-bit value
+  // only when a comparison needs one.
   struct FieldRead {
     int32_t field = 0;
     uint64_t generation = 0;
     const char* text = nullptr;
     bool numbered = false;
+    bool plain = false;
+    bool valued = false;
     bool numberFailed = false;
+    model::PlainDecimal decimal;
     long double number = 0;
   };
 
@@ -62,6 +69,11 @@ class QX_Predicate {
   // Inlined into Run: 80-bit numbers handed through memory cost more than the reading.
   [[gnu::always_inline]] bool NumberOf(QueryExpr& query, Operand& operand, long double* numberOut);
   FieldRead* ReadOf(QueryExpr& query, const Operand& operand);
+  // The read with its number parsed; null when the field cannot be read.
+  FieldRead* NumberRead(QueryExpr& query, const Operand& operand);
+  // A field compared with a number in integers; kUndecided when that cannot tell.
+  Answer CompareInIntegers(QueryExpr& query, const Step& step, const Operand& field,
+                           const Operand& number, int orientation);
 
   std::vector<Step> steps_;
   std::vector<Operand> operands_;

@@ -41,10 +41,18 @@ QX_Error QX_Utilities::ToNumber(const QX_Expression* value, long double* numberO
   return nullptr;
 }
 
-QX_Error QX_Utilities::TextToNumber(const char* text, long double* numberOut) {
+bool QX_Utilities::TextToPlainDecimal(const char* text, model::PlainDecimal* decimalOut) {
   while (IsBlank(*text)) ++text;
-  // Stored numbers nearly always have the plain form, read here in one pass.
-  if (model::ReadPlainNumber(text, numberOut)) return nullptr;
+  return model::ReadPlainDecimal(text, decimalOut);
+}
+
+QX_Error QX_Utilities::TextToNumber(const char* text, long double* numberOut) {
+  // Stored numbers nearly always have the plain form, read in one pass.
+  if (model::PlainDecimal d; TextToPlainDecimal(text, &d)) {
+    *numberOut = d.Value();
+    return nullptr;
+  }
+  while (IsBlank(*text)) ++text;
   const size_t length = QX_DecimalLength(text, true);
   if (length == 0) {
     *numberOut = 0;

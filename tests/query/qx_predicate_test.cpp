@@ -19,7 +19,8 @@ namespace {
 const char* const kValues[] = {
     "",      "0",    "100",   "100.00", "199.99", "200", "-3.5", "  42", "12abc", ".5",  "-",
     "1.",    "1e2",  "1e",    "2E-3",   "1e99999", "1e-99999", "12345678901234567890123",
-    "0.0000000000000000000000000000001", "ab", "Ab", "AB", "xab", "\xe4" "b", "b",
+    "0.0000000000000000000000000000001", "100.000000000000001", "99.9999999999999999",
+    "100.0000000000000000001", "0.2500", "-3.50", "19.90", "ab", "Ab", "AB", "xab", "\xe4" "b", "b",
 };
 
 struct Case {
@@ -30,6 +31,9 @@ struct Case {
 const Case kCases[] = {
     {"@1 >= 100 and @1 < 200;", true},
     {"@1 = 100;", true},
+    {"100 <= @1 and 200 > @1;", true},
+    {"@1 >= 0.25 or @1 = -3.5;", true},
+    {"@1 > 19.9;", true},
     {"@1 <> 1 or @2 > 2;", true},
     {"not (@1 < 5);", true},
     {"@1 <= @2;", true},
@@ -75,7 +79,7 @@ TEST(QxPredicate, AnswersAsTheTreeOrLeavesTheNode) {
       }
     }
   }
-  EXPECT_GT(decided, 800);
+  EXPECT_GT(decided, 1200);
 }
 
 TEST(QxPredicate, ReadsEachFieldOncePerNodeAndLeavesHandedOverTexts) {
