@@ -32,28 +32,30 @@ class ChildList {
   }
 
  private:
+  bool present_ = false;  // first: walks test it for every node, the vector only for categories
   std::vector<TDBNode*> list_;
-  bool present_ = false;
 };
 
 struct TDBNode {
+  // What a walk over many nodes reads comes first and together, so that it mostly lies in one
+  // cache line: place, cursor, the flags and whether there are children.
+  // The place this node stands for, so that walks need no lookup by cursor. Cleared when the
+  // place dies (DestroyPlace), together with setting the remove flag.
+  TDBCategoryData* place = nullptr;
+  int32_t cursor = -1;
+  bool isCategory = false;
+  bool expanded = false;
+  uint8_t removeFlag = 0;
   ChildList children;  // null for a record node
   TDBNode* parent = nullptr;
   TDBNode* next = nullptr;
   TDBNode* previous = nullptr;
   TDBNodeManagerItem* owner = nullptr;
-  // The place this node stands for, so that walks need no lookup by cursor. Cleared when the
-  // place dies (DestroyPlace), together with setting the remove flag.
-  TDBCategoryData* place = nullptr;
-  int32_t cursor = -1;
   int32_t categoryId = -2;
-  bool isCategory = false;
-  bool expanded = false;
   int32_t depth = -1;
   int32_t recordNumber = -1;
   int32_t categoryNumber = -1;
   int32_t rowNumber = -1;
-  uint8_t removeFlag = 0;
 
   bool HasChildren() const { return FirstChild() != nullptr; }
   TDBNode* FirstChild() const;

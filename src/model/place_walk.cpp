@@ -1,6 +1,7 @@
 #include "model/place_walk.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
 
 namespace verdal::model {
@@ -38,9 +39,10 @@ void WalkBelow(TDBNode* start, Visit&& visit, bool readsRecords, Warm&& warm) {
     // Siblings lie anywhere in memory: ask for the next ones' places and records early, each
     // stage touching what the stage before it has brought in by now.
     auto at = [&](size_t ahead) { return f.index + ahead < kids.size() ? kids[f.index + ahead] : nullptr; };
-    // A node may straddle two cache lines; the walk reads both.
-    if (const TDBNode* n = at(24)) PrefetchBytes(n, sizeof(TDBNode));
-    if (const TDBNode* n = at(16)) PrefetchBytes(n->place, sizeof(TDBCategoryData));
+    // Only the leading members that a walk reads, which may still straddle two cache lines.
+    if (const TDBNode* n = at(24)) PrefetchBytes(n, offsetof(TDBNode, children) + sizeof(bool));
+    if (const TDBNode* n = at(16); n != nullptr && n->place != nullptr)
+      PrefetchBytes(&n->place->cursor, offsetof(TDBCategoryData, imported) - offsetof(TDBCategoryData, cursor));
     if (readsRecords) {
       if (const TDBNode* n = at(10); n != nullptr && n->place != nullptr) __builtin_prefetch(n->place->data);
       if (const TDBNode* n = at(5); n != nullptr && n->place != nullptr && n->place->data != nullptr)

@@ -46,19 +46,21 @@ struct TDBDataRecord {
 };
 
 struct TDBCategoryData {
+  // What a walk over many places reads comes first and together, so that it mostly lies in one
+  // cache line: cursor, data, isCategory and temporary.
   uint32_t tag = kObjectTag;
   int32_t cursor = -1;
-  int32_t categoryId = -2;  // a category's own id; for a record its category's id, -1 at top level
-  int32_t dataId = -1;
-  bool isCategory = false;
-  int32_t position = -1;  // index among its parent's children at the last compaction, -1 appends
-  int32_t special[3] = {-1, -1, -1};
-  TDBNode* node = nullptr;  // its node in view 0
   // Its data record once looked up (DataOf). A place always dies before its data record, which
   // outlives every place that names it, so the pointer never dangles.
   mutable TDBDataRecord* data = nullptr;
-  bool imported = false;    // not stored
+  bool isCategory = false;
   bool temporary = false;   // not stored
+  bool imported = false;    // not stored
+  int32_t categoryId = -2;  // a category's own id; for a record its category's id, -1 at top level
+  int32_t dataId = -1;
+  int32_t position = -1;  // index among its parent's children at the last compaction, -1 appends
+  int32_t special[3] = {-1, -1, -1};
+  TDBNode* node = nullptr;  // its node in view 0
 
   bool IsRootPlace() const { return isCategory && categoryId == -2; }
 };
