@@ -28,7 +28,11 @@ class FuzzQuery : public QueryExpr {
       textOut->owned = true;
       return nullptr;
     }
-    textOut->text = index % 2 == 0 ? "Graben" : nullptr;
+    // Numbers of several forms, so that comparisons with constants take every path.
+    static const char* const kTexts[] = {"Graben", nullptr,  "100",
+                                         "-3.50",  "1e5",    "  0.25",
+                                         "99.99999999999999999999", "200.000"};
+    textOut->text = kTexts[static_cast<uint32_t>(index) % 8];
     textOut->owned = false;
     return index > 100 ? Err(kBadFieldIndex) : nullptr;
   }

@@ -93,6 +93,7 @@ long double PlainDecimal::Value() const {
 }
 
 bool ReadPlainDecimal(const char* p, PlainDecimal* out) {
+  while (IsSpace(*p)) ++p;
   bool negative = false;
   if (*p == '+' || *p == '-') negative = *p++ == '-';
   ExactDigits d;

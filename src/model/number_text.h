@@ -24,7 +24,7 @@ struct PlainDecimal {
 };
 
 // The common case of ReadNumber in one pass, for hot loops over stored values: a NUL-terminated
-// text that starts, without white space, with [sign] digits [. digits] and no exponent mark after
+// text that starts, after white space, with [sign] digits [. digits] and no exponent mark after
 // them. Text without digits reads as 0. False, with out untouched, for any other form (an
 // exponent, more than 19 significant digits).
 bool ReadPlainDecimal(const char* text, PlainDecimal* out);

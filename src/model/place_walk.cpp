@@ -1,5 +1,7 @@
 #include "model/place_walk.h"
 
+#include "model/prefetch.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <string>
@@ -10,13 +12,6 @@ namespace {
 bool KindMatches(int32_t kinds, bool isCategory) {
   return isCategory ? (kinds == kKindCategories || kinds == kKindBoth)
                     : (kinds == kKindRecords || kinds == kKindBoth);
-}
-
-// Asks for every cache line of the bytes, including a partial last one.
-void PrefetchBytes(const void* start, size_t bytes) {
-  const uintptr_t first = reinterpret_cast<uintptr_t>(start) & ~uintptr_t{63};
-  const uintptr_t end = reinterpret_cast<uintptr_t>(start) + bytes;
-  for (uintptr_t line = first; line < end; line += 64) __builtin_prefetch(reinterpret_cast<const void*>(line));
 }
 
 // Visits the nodes below start in depth-first order with an explicit stack; visit returns whether

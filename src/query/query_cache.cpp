@@ -7,6 +7,7 @@
 
 #include "model/data_type_info.h"
 #include "model/fields.h"
+#include "model/prefetch.h"
 #include "platform/collation.h"
 #include "query/qx_char_upper.h"
 
@@ -92,22 +93,27 @@ QX_QueryCache::QX_QueryCache(model::NodeStore& store, const char* text, model::T
   lastError = Parse(queryText.c_str());
   if (lastError == nullptr) predicate_ = QX_Predicate::Compile(Tree());
   if (predicate_ == nullptr) return;
-  for (int32_t index : predicate_->Fields()) {
-    if (index == kTitleField) {
-      readsTitle_ = true;
-    } else if (index >= 0 && static_cast<size_t>(index) < store.fields.size() &&
-               store.fields[static_cast<size_t>(index)] != nullptr &&
-               store.fields[static_cast<size_t>(index)]->position >= 0) {
-      readPositions_.push_back(static_cast<size_t>(store.fields[static_cast<size_t>(index)]->position));
+  for (const QX_Predicate::FieldUse& use : predicate_->Fields()) {
+    const size_t bytes = use.asText ? sizeof(std::string) + 48 : sizeof(std::string);
+    const size_t index = static_cast<size_t>(use.field);
+    if (use.field == kTitleField) {
+      reads_.push_back({kTitlePosition, bytes});
+    } else if (use.field >= 0 && index < store.fields.size() && store.fields[index] != nullptr &&
+               store.fields[index]->position >= 0) {
+      reads_.push_back({static_cast<size_t>(store.fields[index]->position), bytes});
     }
   }
 }
 
 void QX_QueryCache::Prefetch(const model::TDBDataRecord& record) const {
   if (predicate_ == nullptr) return PlaceFilter::Prefetch(record);
-  for (size_t position : readPositions_)
-    if (position < record.values.size()) __builtin_prefetch(&record.values[position]);
-  if (readsTitle_) __builtin_prefetch(&record.title);
+  for (const Read& read : reads_) {
+    if (read.position == kTitlePosition) {
+      model::PrefetchBytes(&record.title, read.bytes);
+    } else if (read.position < record.values.size()) {
+      model::PrefetchBytes(&record.values[read.position], read.bytes);
+    }
+  }
 }
 
 // The language alone compares bytes; the system comparison holds while engine queries live.

@@ -55,6 +55,7 @@ std::unique_ptr<QX_Predicate> QX_Predicate::Compile(const QX_Expression* tree) {
       reads.emplace_back();
       reads.back().field = o.field;
     }
+    reads[static_cast<size_t>(o.read)].asText |= o.asText;
   }
   return predicate;
 }
@@ -77,10 +78,13 @@ int32_t QX_Predicate::AddStep(const QX_Expression* node, int depth) {
     first = AddOperand(LeftOf(node));
     second = first < 0 ? -1 : AddOperand(RightOf(node));
     // A search of or in a number is an error every time: the tree reports it.
-    if (kind == kKindSearch && second >= 0 &&
-        (operands_[static_cast<size_t>(first)].source == Operand::kNumber ||
-         operands_[static_cast<size_t>(second)].source == Operand::kNumber))
-      return -1;
+    if (second >= 0) {
+      Operand& a = operands_[static_cast<size_t>(first)];
+      Operand& b = operands_[static_cast<size_t>(second)];
+      const bool numbers = a.source == Operand::kNumber || b.source == Operand::kNumber;
+      if (kind == kKindSearch && numbers) return -1;
+      a.asText = b.asText = !numbers;
+    }
   }
   if (first < 0 || second < 0) return -1;
   steps_[static_cast<size_t>(at)].first = first;
@@ -123,9 +127,9 @@ int32_t QX_Predicate::AddOperand(const QX_Expression* node) {
   return static_cast<int32_t>(operands_.size() - 1);
 }
 
-std::vector<int32_t> QX_Predicate::Fields() const {
-  std::vector<int32_t> fields;
-  for (const FieldRead& read : reads_) fields.push_back(read.field);
+std::vector<QX_Predicate::FieldUse> QX_Predicate::Fields() const {
+  std::vector<FieldUse> fields;
+  for (const FieldRead& read : reads_) fields.push_back({read.field, read.asText});
   return fields;
 }
 

@@ -27,8 +27,14 @@ class QX_Predicate {
   // The truth the tree would give for the query's current node.
   Answer Decide(QueryExpr& query);
 
-  // The field indexes the predicate reads, each once.
-  std::vector<int32_t> Fields() const;
+  struct FieldUse {
+    int32_t field;
+    bool asText;  // read as text, not only as a number
+
+    bool operator==(const FieldUse& other) const { return field == other.field && asText == other.asText; }
+  };
+  // The fields the predicate reads, each once.
+  std::vector<FieldUse> Fields() const;
 
  private:
   struct Operand {
@@ -36,6 +42,7 @@ class QX_Predicate {
     int32_t field = 0;            // kField
     int32_t read = -1;            // kField: its entry in reads_
     bool upcase = false;          // kField: the text upper-cased
+    bool asText = false;          // kField: read as text
     const char* text = nullptr;   // kText, upper-cased already where asked
     long double number = 0;       // kNumber
     model::DecimalBound bound;    // kNumber, for comparisons in integers
@@ -51,6 +58,7 @@ class QX_Predicate {
   // only when a comparison needs one.
   struct FieldRead {
     int32_t field = 0;
+    bool asText = false;
     uint64_t generation = 0;
     const char* text = nullptr;
     bool numbered = false;

@@ -41,11 +41,6 @@ QX_Error QX_Utilities::ToNumber(const QX_Expression* value, long double* numberO
   return nullptr;
 }
 
-bool QX_Utilities::TextToPlainDecimal(const char* text, model::PlainDecimal* decimalOut) {
-  while (IsBlank(*text)) ++text;
-  return model::ReadPlainDecimal(text, decimalOut);
-}
-
 QX_Error QX_Utilities::TextToNumber(const char* text, long double* numberOut) {
   // Stored numbers nearly always have the plain form, read in one pass.
   if (model::PlainDecimal d; TextToPlainDecimal(text, &d)) {

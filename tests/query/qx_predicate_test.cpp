@@ -88,13 +88,18 @@ TEST(QxPredicate, ReadsEachFieldOncePerNodeAndLeavesHandedOverTexts) {
   ASSERT_EQ(q.Parse("@1 >= 100 and @1 < 200 and @1 <> 170;"), nullptr);
   std::unique_ptr<QX_Predicate> predicate = QX_Predicate::Compile(q.Tree());
   ASSERT_NE(predicate, nullptr);
-  EXPECT_EQ(predicate->Fields(), std::vector<int32_t>{0});
+  EXPECT_EQ(predicate->Fields(), (std::vector<QX_Predicate::FieldUse>{{0, false}}));
   EXPECT_EQ(predicate->Decide(q), QX_Predicate::kYes);
   EXPECT_EQ(q.reads, 1);
   // The next node is read afresh.
   q.fields[0] = "250";
   EXPECT_EQ(predicate->Decide(q), QX_Predicate::kNo);
   EXPECT_EQ(q.reads, 2);
+  // A field searched is read as text, even where it is also compared as a number.
+  TestQuery mixed;
+  ASSERT_EQ(mixed.Parse("@1 *= \"b\" and @2 > 1 and @1 < 5;"), nullptr);
+  EXPECT_EQ(QX_Predicate::Compile(mixed.Tree())->Fields(),
+            (std::vector<QX_Predicate::FieldUse>{{0, true}, {1, false}}));
   // Texts handed over (owned) are freed and the node left to the tree.
   q.ownedReads = true;
   EXPECT_EQ(predicate->Decide(q), QX_Predicate::kUndecided);
