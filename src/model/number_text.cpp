@@ -96,17 +96,30 @@ bool ReadPlainDecimal(const char* p, PlainDecimal* out) {
   while (IsSpace(*p)) ++p;
   bool negative = false;
   if (*p == '+' || *p == '-') negative = *p++ == '-';
-  ExactDigits d;
-  while (IsDigit(*p)) d.Add(*p++, false);
+  // Up to 19 digits in all fit 64 bits whatever their leading zeros: the common case needs no
+  // count of significant digits. Longer texts are read again the careful way.
+  const char* const start = p;
+  uint64_t mantissa = 0;
+  int digits = 0, fraction = 0;
+  for (; IsDigit(*p); ++p, ++digits) mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
   if (*p == '.') {
-    ++p;
-    while (IsDigit(*p)) d.Add(*p++, true);
+    for (++p; IsDigit(*p); ++p, ++digits, ++fraction) mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
   }
-  if (!d.any) {
+  if (digits == 0) {
     *out = PlainDecimal{};
     return true;
   }
-  if (*p == 'e' || *p == 'E' || !d.Exact()) return false;
+  if (*p == 'e' || *p == 'E') return false;
+  if (digits <= kMaxExactDigits) {
+    *out = PlainDecimal{mantissa, fraction, negative};
+    return true;
+  }
+  ExactDigits d;
+  for (p = start; IsDigit(*p); ++p) d.Add(*p, false);
+  if (*p == '.') {
+    for (++p; IsDigit(*p); ++p) d.Add(*p, true);
+  }
+  if (!d.Exact()) return false;
   *out = PlainDecimal{d.mantissa, d.fractionDigits, negative};
   return true;
 }

@@ -84,6 +84,14 @@ int32_t QX_Predicate::AddStep(const QX_Expression* node, int depth) {
       const bool numbers = a.source == Operand::kNumber || b.source == Operand::kNumber;
       if (kind == kKindSearch && numbers) return -1;
       a.asText = b.asText = !numbers;
+      const bool fieldFirst = a.source == Operand::kField && !a.upcase && b.source == Operand::kNumber;
+      const bool fieldSecond = b.source == Operand::kField && !b.upcase && a.source == Operand::kNumber;
+      if (IsRelation(kind) && (fieldFirst || fieldSecond)) {
+        Step& s = steps_[static_cast<size_t>(at)];
+        s.field = fieldFirst ? first : second;
+        // With the constant first the relation reads the difference the other way round.
+        for (int sign = -1; sign <= 1; ++sign) s.verdict[sign + 1] = Holds(kind, fieldFirst ? sign : -sign);
+      }
     }
   }
   if (first < 0 || second < 0) return -1;
@@ -203,13 +211,12 @@ QX_Predicate::FieldRead* QX_Predicate::NumberRead(QueryExpr& query, const Operan
   return read;
 }
 
-QX_Predicate::Answer QX_Predicate::CompareInIntegers(QueryExpr& query, const Step& step,
-                                                     const Operand& field, const Operand& number,
-                                                     int orientation) {
-  const FieldRead* read = NumberRead(query, field);
+QX_Predicate::Answer QX_Predicate::CompareInIntegers(QueryExpr& query, const Step& step) {
+  const FieldRead* read = NumberRead(query, operands_[static_cast<size_t>(step.field)]);
+  const Operand& number = operands_[static_cast<size_t>(step.field == step.first ? step.second : step.first)];
   int sign = 0;
   if (read == nullptr || !read->plain || !number.bound.Compare(read->decimal, &sign)) return kUndecided;
-  return Holds(step.kind, orientation * sign) ? kYes : kNo;
+  return step.verdict[sign + 1] ? kYes : kNo;
 }
 
 QX_Predicate::Answer QX_Predicate::Run(QueryExpr& query, int32_t index) {
@@ -230,6 +237,11 @@ QX_Predicate::Answer QX_Predicate::Run(QueryExpr& query, int32_t index) {
     default:
       break;
   }
+  if (step.field >= 0) {
+    // Stored numbers against a constant: most often decided in integers.
+    const Answer quick = CompareInIntegers(query, step);
+    if (quick != kUndecided) return quick;
+  }
   Operand& left = operands_[static_cast<size_t>(step.first)];
   Operand& right = operands_[static_cast<size_t>(step.second)];
   if (step.kind == kKindSearch) {
@@ -245,13 +257,6 @@ QX_Predicate::Answer QX_Predicate::Run(QueryExpr& query, int32_t index) {
     if (!TextOf(query, left, &a) || !TextOf(query, right, &b)) return kUndecided;
     difference = QX_Utilities::CompareText(a, b);
   } else {
-    // Stored numbers against a constant: most often decided in integers.
-    const bool leftField = left.source == Operand::kField && !left.upcase;
-    const bool rightField = right.source == Operand::kField && !right.upcase;
-    Answer quick = kUndecided;
-    if (leftField && right.source == Operand::kNumber) quick = CompareInIntegers(query, step, left, right, 1);
-    if (rightField && left.source == Operand::kNumber) quick = CompareInIntegers(query, step, right, left, -1);
-    if (quick != kUndecided) return quick;
     long double x = 0, y = 0;
     if (!NumberOf(query, left, &x) || !NumberOf(query, right, &y)) return kUndecided;
     difference = x - y;

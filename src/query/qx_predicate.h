@@ -52,6 +52,10 @@ class QX_Predicate {
   struct Step {
     int32_t kind = 0;  // kKindAnd, kKindOr, kKindNot, a relation or kKindSearch
     int32_t first = 0, second = 0;  // steps for and/or/not, operands otherwise
+    // A relation of a field's number and a constant, which integers may decide: the operand
+    // that is the field, and the verdict for the field's value below, at and above the constant.
+    int32_t field = -1;
+    bool verdict[3] = {};
   };
   // A field's text and number, read once per node however often the filter names it. The
   // number is kept in the plain decimal form where the text has it, and made an 80-bit value
@@ -80,8 +84,7 @@ class QX_Predicate {
   // The read with its number parsed; null when the field cannot be read.
   FieldRead* NumberRead(QueryExpr& query, const Operand& operand);
   // A field compared with a number in integers; kUndecided when that cannot tell.
-  Answer CompareInIntegers(QueryExpr& query, const Step& step, const Operand& field,
-                           const Operand& number, int orientation);
+  Answer CompareInIntegers(QueryExpr& query, const Step& step);
 
   std::vector<Step> steps_;
   std::vector<Operand> operands_;

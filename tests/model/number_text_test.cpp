@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include <locale.h>
 
 #include <cfloat>
@@ -57,4 +59,23 @@ TEST(NumberText, ReadAndPrintEdges) {
   EXPECT_EQ(ReadInteger("99999999999"), INT32_MAX);
   EXPECT_EQ(ReadInteger("-99999999999"), INT32_MIN);
   EXPECT_EQ(ReadInteger("x1"), 0);
+}
+
+TEST(NumberText, PlainDecimalsReadAsReadNumberDoes) {
+  const char* const plain[] = {"0", "-0", "+7", "  42", "123.25", "1.", ".5", "-", "", "abc",
+                               "9999999999999999999", "99.99999999999999999", "0000000000000000000000123.5",
+                               "0.000000000000000000000000001", "12abc"};
+  for (const char* text : plain) {
+    verdal::model::PlainDecimal d;
+    ASSERT_TRUE(verdal::model::ReadPlainDecimal(text, &d)) << text;
+    const long double expected = verdal::model::ReadNumber(text);
+    EXPECT_TRUE(d.Value() == expected && std::signbit(d.Value()) == std::signbit(expected)) << text;
+  }
+  // Forms left to the general reader: an exponent, more than 19 significant digits, places
+  // beyond the exact powers of ten.
+  for (const char* text : {"1e5", "2E-3", "12345678901234567890", "1234567890123456789000",
+                           "0.0000000000000000000000000001"}) {
+    verdal::model::PlainDecimal d;
+    EXPECT_FALSE(verdal::model::ReadPlainDecimal(text, &d)) << text;
+  }
 }
