@@ -88,6 +88,15 @@ QX_QueryCache::QX_QueryCache(model::NodeStore& store, const char* text, model::T
   size_t searchFrom = 0;
   while (ExpandOne(bindings, searchFrom)) {
   }
+  // Values handed out as stored, by field index, for the quick way through GetField.
+  storedAt_.assign(store.fields.size(), -1);
+  for (size_t i = 0; i < store.fields.size(); ++i) {
+    const model::TDBFieldInfo* field = store.fields[i].get();
+    if (field == nullptr) continue;
+    const int16_t type = field->type.dataType;
+    const bool computed = IsDateType(type) || (type == model::kTypeLink && (fieldFlags[i] & kFlagLinkId) == 0);
+    if (!computed) storedAt_[i] = field->position;
+  }
   // A name bound twice answers "already defined", which changes nothing.
   for (const Binding& b : bindings) DefineField(b.name.c_str(), false, b.index);
   lastError = Parse(queryText.c_str());
@@ -291,6 +300,14 @@ QX_Error QX_QueryCache::SetField(int32_t, const char*) { return nullptr; }
 QX_Error QX_QueryCache::GetField(QX_FieldText* textOut, int32_t index) {
   textOut->text = nullptr;
   textOut->owned = false;
+  // The common case first: a stored value of the record a walk has handed over.
+  if (nodeFor_ == generation_ && record_ != nullptr && static_cast<size_t>(index) < storedAt_.size()) {
+    const int32_t at = storedAt_[static_cast<size_t>(index)];
+    if (at >= 0 && static_cast<size_t>(at) < record_->values.size()) {
+      textOut->text = record_->values[static_cast<size_t>(at)].c_str();
+      return nullptr;
+    }
+  }
   model::NodeStore& store = *database;
   const size_t fieldCount = store.fields.size();
   if (index < 0 || (static_cast<size_t>(index) >= fieldCount && index != kTitleField))

@@ -109,6 +109,7 @@ class QX_QueryCache : public QueryExpr, public model::PlaceFilter {
   std::string queryText;
   std::string resultText = "0";
   std::vector<int32_t> fieldFlags;
+  std::vector<int32_t> storedAt_;  // a field's position where its stored text is its value, else -1
   std::vector<Slot> slots_;
   uint64_t generation_ = 1;  // counts Tests; 0 marks nothing as fresh
   uint64_t nodeFor_ = 0;  // the Test place_ and record_ were looked up for
