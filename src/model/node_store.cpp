@@ -69,12 +69,6 @@ std::string* FieldValue(NodeStore& store, int32_t cursor, int32_t fieldIndex) {
   return FieldValueOf(store, LookupPlace(store, cursor), fieldIndex);
 }
 
-TDBDataRecord* DataOf(NodeStore& store, const TDBCategoryData* place) {
-  if (place == nullptr) return nullptr;
-  if (place->data == nullptr) place->data = store.data.Find(place->dataId);
-  return place->data;
-}
-
 std::string* FieldValueOf(NodeStore& store, const TDBCategoryData* place, int32_t fieldIndex) {
   if (place == nullptr || fieldIndex < 0 || static_cast<size_t>(fieldIndex) >= store.fields.size())
     return nullptr;

@@ -48,8 +48,12 @@ TDBNode* NodeOf(NodeStore& store, const TDBCategoryData* place);
 // its category's node (the root for a record at top level).
 TDBNode* NodeInView(NodeStore& store, int32_t viewIndex, const TDBCategoryData* place);
 
-// The data record of a place, null if there is none.
-TDBDataRecord* DataOf(NodeStore& store, const TDBCategoryData* place);
+// The data record of a place, null if there is none. Inline: filters ask for it at every node.
+inline TDBDataRecord* DataOf(NodeStore& store, const TDBCategoryData* place) {
+  if (place == nullptr) return nullptr;
+  if (place->data == nullptr) place->data = store.data.Find(place->dataId);
+  return place->data;
+}
 
 // The stored value of one field of a node; null if the node, its data or the field is missing.
 std::string* FieldValue(NodeStore& store, int32_t cursor, int32_t fieldIndex);

@@ -59,7 +59,7 @@ void CollectPlaces(NodeStore& /*store*/, TDBNode* start, std::vector<int32_t>& l
                    bool recurse, bool onlyExpanded, PlaceFilter* filter, bool includeStart) {
   if (start == nullptr) return;
   auto enters = [&](const TDBNode* n) { return n->expanded || !onlyExpanded || kinds == kKindRecords; };
-  auto tryTake = [&](const TDBNode* n) {
+  auto tryTake = [&](const TDBNode* n) __attribute__((always_inline)) {
     const TDBCategoryData* place = n->place;
     if (place == nullptr || place->temporary || !KindMatches(kinds, place->isCategory)) return;
     if (filter != nullptr && !filter->Accepts(*place)) return;
