@@ -53,9 +53,16 @@ void ReadString(std::string& text, TBaseFile& file) {
       text.clear();
       return;
     }
-    std::vector<char> buffer(count);
-    file.Read(buffer.data(), static_cast<int32_t>(count));
-    text.assign(buffer.data(), strnlen(buffer.data(), count));
+    // Most stored strings are short: they pass through the stack, not the heap.
+    char small[256];
+    std::vector<char> large;
+    char* buffer = small;
+    if (count > sizeof small) {
+      large.resize(count);
+      buffer = large.data();
+    }
+    file.Read(buffer, static_cast<int32_t>(count));
+    text.assign(buffer, strnlen(buffer, count));
     return;
   }
   // A stream that cannot tell its length: read in bounded pieces, so a damaged count ends in a
