@@ -28,19 +28,10 @@ bool TMemFile::Close() {
   return true;
 }
 
-int32_t TMemFile::Tell() { return Usable() ? position_ : -1; }
-
 int32_t TMemFile::Seek(int32_t position) {
   if (!Usable() || position < 0 || position > length_) return -1;
   position_ = position;
   return position;
-}
-
-int32_t TMemFile::Read(void* buffer, int32_t count) {
-  if (!Usable() || count < 0 || count > length_ - position_) throw TMemFileReadWriteException();
-  if (count > 0) std::memcpy(buffer, data_ + position_, static_cast<size_t>(count));
-  position_ += count;
-  return count;
 }
 
 int32_t TMemFile::Write(const void* buffer, int32_t count) {

@@ -9,11 +9,15 @@
 // After Close the block is gone: Tell and Seek return -1, Read and Write throw, IsOpen is false,
 // but GetLength still reports the old length. Failures throw TMemFileReadWriteException.
 
+#include <cstring>
+
 #include "BASE_SOURCE/base_file.h"
 
 namespace verdal {
 
-class TMemFile : public TBaseFile {
+// Final, with its reads inline: readers that know they hold one (loading a database) pay no call
+// per value.
+class TMemFile final : public TBaseFile {
  public:
   // growStep 2,000,000 is what a save uses. A size that cannot be allocated leaves the file
   // unusable (IsOpen false, every transfer throws).
@@ -22,13 +26,18 @@ class TMemFile : public TBaseFile {
   TMemFile(const TMemFile&) = delete;
   TMemFile& operator=(const TMemFile&) = delete;
 
-  int32_t Tell() override;
+  int32_t Tell() override { return Usable() ? position_ : -1; }
   void SeekToBegin() override { Seek(0); }
   void SeekToEnd() override { Seek(length_); }
   bool Close() override;
   // -1 and no move if the position is negative or past the length; the length itself is allowed.
   int32_t Seek(int32_t position) override;
-  int32_t Read(void* buffer, int32_t count) override;
+  int32_t Read(void* buffer, int32_t count) override {
+    if (!Usable() || count < 0 || count > length_ - position_) throw TMemFileReadWriteException();
+    if (count > 0) std::memcpy(buffer, data_ + position_, static_cast<size_t>(count));
+    position_ += count;
+    return count;
+  }
   // Overwrites in place inside the written range; past it raises the length, growing the block by
   // at least growStep when the capacity runs out. New bytes of a grown block are zero.
   int32_t Write(const void* buffer, int32_t count) override;

@@ -13,9 +13,12 @@
 //
 // Every function throws what the stream throws on a short transfer.
 
+#include <climits>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
+#include <vector>
 
 #include "BASE_SOURCE/base_file.h"
 
@@ -24,9 +27,6 @@ namespace verdal {
 // Writes the text up to its first NUL, so a string never carries a NUL into a stream.
 void WriteString(const std::string& text, TBaseFile& file);
 void WriteString(const char* text, TBaseFile& file);
-// Reads a count and that many bytes, and keeps the text up to its first NUL. A count larger than
-// the bytes left in the stream throws TReadWriteException before anything is allocated.
-void ReadString(std::string& text, TBaseFile& file);
 
 void WriteBool(bool value, TBaseFile& file);
 void WriteUInt8(uint8_t value, TBaseFile& file);
@@ -39,20 +39,89 @@ void WriteExtended(long double value, TBaseFile& file);
 // Writes all `size` bytes of a fixed-size character array.
 void WriteChars(const char* chars, int32_t size, TBaseFile& file);
 
-// A flag reads as true for any non-zero byte.
-bool ReadBool(TBaseFile& file);
-uint8_t ReadUInt8(TBaseFile& file);
-int16_t ReadInt16(TBaseFile& file);
-uint16_t ReadUInt16(TBaseFile& file);
-int32_t ReadInt32(TBaseFile& file);
-uint32_t ReadUInt32(TBaseFile& file);
-double ReadDouble(TBaseFile& file);
-long double ReadExtended(TBaseFile& file);
-void ReadChars(char* chars, int32_t size, TBaseFile& file);
-
 // The 10-byte form of an extended value and back.
 constexpr size_t kExtendedSize = 10;
 void EncodeExtended(long double value, uint8_t out[kExtendedSize]);
 long double DecodeExtended(const uint8_t in[kExtendedSize]);
+
+// The readers take any stream type: a TBaseFile through its virtual functions, a TMemFile (which
+// is final) with direct calls that inline, which a load of millions of values needs.
+namespace stream_detail {
+
+template <typename T, class File>
+T ReadRaw(File& file) {
+  T value;
+  file.Read(&value, sizeof value);
+  return value;
+}
+
+// Bytes between the position and the end, or -1 where the stream cannot tell.
+template <class File>
+int64_t BytesLeft(File& file) {
+  const int32_t position = file.Tell();
+  const int32_t length = file.GetLength();
+  if (position < 0 || length < 0) return -1;
+  return int64_t{length} - position;
+}
+
+}  // namespace stream_detail
+
+// A flag reads as true for any non-zero byte.
+template <class File> bool ReadBool(File& file) { return stream_detail::ReadRaw<uint8_t>(file) != 0; }
+template <class File> uint8_t ReadUInt8(File& file) { return stream_detail::ReadRaw<uint8_t>(file); }
+template <class File> int16_t ReadInt16(File& file) { return stream_detail::ReadRaw<int16_t>(file); }
+template <class File> uint16_t ReadUInt16(File& file) { return stream_detail::ReadRaw<uint16_t>(file); }
+template <class File> int32_t ReadInt32(File& file) { return stream_detail::ReadRaw<int32_t>(file); }
+template <class File> uint32_t ReadUInt32(File& file) { return stream_detail::ReadRaw<uint32_t>(file); }
+template <class File> double ReadDouble(File& file) { return stream_detail::ReadRaw<double>(file); }
+
+template <class File>
+long double ReadExtended(File& file) {
+  uint8_t bytes[kExtendedSize];
+  file.Read(bytes, kExtendedSize);
+  return DecodeExtended(bytes);
+}
+
+template <class File>
+void ReadChars(char* chars, int32_t size, File& file) {
+  file.Read(chars, size);
+}
+
+// Reads a count and that many bytes, and keeps the text up to its first NUL. A count larger than
+// the bytes left in the stream throws TReadWriteException before anything is allocated.
+template <class File>
+void ReadString(std::string& text, File& file) {
+  const uint32_t count = ReadUInt32(file);
+  const int64_t left = stream_detail::BytesLeft(file);
+  if (count > INT32_MAX || (left >= 0 && count > left)) throw TReadWriteException();
+  if (left >= 0) {
+    if (count == 0) {
+      text.clear();
+      return;
+    }
+    // Most stored strings are short: they pass through the stack, not the heap.
+    char small[256];
+    std::vector<char> large;
+    char* buffer = small;
+    if (count > sizeof small) {
+      large.resize(count);
+      buffer = large.data();
+    }
+    file.Read(buffer, static_cast<int32_t>(count));
+    text.assign(buffer, strnlen(buffer, count));
+    return;
+  }
+  // A stream that cannot tell its length: read in bounded pieces, so a damaged count ends in a
+  // short read long before the buffer gets large.
+  constexpr uint32_t kPiece = 1 << 20;
+  std::string buffer;
+  for (uint32_t done = 0; done < count;) {
+    const uint32_t piece = count - done < kPiece ? count - done : kPiece;
+    buffer.resize(done + piece);
+    file.Read(buffer.data() + done, static_cast<int32_t>(piece));
+    done += piece;
+  }
+  text.assign(buffer.c_str());
+}
 
 }  // namespace verdal

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "BASE_SOURCE/memfile.h"
 #include "BASE_SOURCE/stream_io.h"
 #include "engine/db_manager.h"
 #include "model/cursor.h"
@@ -32,9 +33,11 @@ constexpr int16_t kFiltersSince = 5;
 constexpr int16_t kFirstContainerSince = 6;  // five containers, one version after another
 constexpr int kContainers = 5;
 
-int64_t BytesLeft(TBaseFile& f) { return static_cast<int64_t>(f.GetLength()) - f.Tell(); }
+template <class File>
+int64_t BytesLeft(File& f) { return static_cast<int64_t>(f.GetLength()) - f.Tell(); }
 
-bool CountFits(TBaseFile& f, int64_t count, int64_t minBytes) {
+template <class File>
+bool CountFits(File& f, int64_t count, int64_t minBytes) {
   return count >= 0 && count * minBytes <= BytesLeft(f);
 }
 
@@ -49,7 +52,8 @@ void WriteTime(const platform::LocalTime& t, TBaseFile& f) {
   f.Write(bytes, sizeof bytes);
 }
 
-platform::LocalTime ReadTime(TBaseFile& f) {
+template <class File>
+platform::LocalTime ReadTime(File& f) {
   uint8_t bytes[16];
   if (f.Read(bytes, sizeof bytes) != sizeof bytes) throw TReadWriteException();
   uint16_t v[8];
@@ -87,7 +91,8 @@ bool Refuse(const char* section) {
   return false;
 }
 
-bool ReadEmptyListDefinitions(TBaseFile& f) {
+template <class File>
+bool ReadEmptyListDefinitions(File& f) {
   uint32_t mark = ReadUInt32(f);
   if (mark == kDataRecordMark) {
     ReadInt32(f);  // manager version
@@ -99,7 +104,8 @@ bool ReadEmptyListDefinitions(TBaseFile& f) {
   return ReadInt32(f) == 0 || Refuse("list definitions");
 }
 
-bool ReadEmptyContainer(TBaseFile& f) {
+template <class File>
+bool ReadEmptyContainer(File& f) {
   if (ReadUInt32(f) != kContainerMark) return false;
   if (ReadInt32(f) > 1) return false;
   std::string defaultName;
@@ -118,7 +124,8 @@ void WriteDefinitions(engine::TDBManager& db, TBaseFile& f) {
   for (int i = 0; i < kContainers; ++i) WriteEmptyContainer(f);
 }
 
-bool ReadDefinitions(engine::TDBManager& db, TBaseFile& f) {
+template <class File>
+bool ReadDefinitions(engine::TDBManager& db, File& f) {
   int16_t v = db.version;
   if (!ReadEmptyListDefinitions(f)) return false;
   if (v >= kDefaultPrintSince) ReadString(db.defaultPrintOption, f);
@@ -144,7 +151,8 @@ void WriteField(TDBFieldInfo& field, TBaseFile& f) {
   WriteString(field.displayName, f);
 }
 
-bool ReadField(TDBFieldInfo& field, TBaseFile& f) {
+template <class File>
+bool ReadField(TDBFieldInfo& field, File& f) {
   if (ReadUInt32(f) != kSectionMark) return false;
   field.reserved1 = ReadInt32(f);
   field.reserved2 = ReadInt32(f);
@@ -167,7 +175,8 @@ void WriteCategory(const TDBCategoryRecord& c, TBaseFile& f) {
   WriteString(c.name, f);
 }
 
-bool ReadCategory(TDBCategoryRecord& c, TBaseFile& f) {
+template <class File>
+bool ReadCategory(TDBCategoryRecord& c, File& f) {
   if (ReadUInt32(f) != kSectionMark) return false;
   c.id = ReadInt32(f);
   c.parentId = ReadInt32(f);
@@ -200,7 +209,8 @@ void WriteData(TDBDataRecord& d, TBaseFile& f) {
   f.Seek(end);
 }
 
-bool ReadValues(TDBDataRecord& d, TBaseFile& f) {
+template <class File>
+bool ReadValues(TDBDataRecord& d, File& f) {
   int32_t count = ReadInt32(f);
   if (!CountFits(f, count, 4)) return false;
   d.values.resize(static_cast<size_t>(count));
@@ -210,7 +220,8 @@ bool ReadValues(TDBDataRecord& d, TBaseFile& f) {
 
 // Both forms: the current one behind the data record mark, and the old one behind the section
 // mark, which has no identifier and gets a fresh one.
-bool ReadData(TDBDataRecord& d, TBaseFile& f) {
+template <class File>
+bool ReadData(TDBDataRecord& d, File& f) {
   uint32_t mark = ReadUInt32(f);
   if (mark == kDataRecordMark) {
     d.format = ReadUInt8(f);
@@ -250,7 +261,8 @@ void WritePlace(const TDBCategoryData& p, TBaseFile& f) {
   for (int32_t w : p.special) WriteInt32(w, f);
 }
 
-bool ReadPlace(TDBCategoryData& p, TBaseFile& f) {
+template <class File>
+bool ReadPlace(TDBCategoryData& p, File& f) {
   if (ReadUInt32(f) != kSectionMark) return false;
   p.cursor = ReadInt32(f);
   p.categoryId = ReadInt32(f);
@@ -320,7 +332,10 @@ bool WriteBody(engine::TDBManager& db, TBaseFile& f) {
   return true;
 }
 
-bool ReadBody(engine::TDBManager& db, TBaseFile& f) {
+namespace {
+
+template <class File>
+bool ReadBodyFrom(engine::TDBManager& db, File& f) {
   NodeStore& store = db.store;
   if (db.version >= kCountersSince) {
     store.nextCategoryId = ReadInt32(f);
@@ -392,6 +407,14 @@ bool ReadBody(engine::TDBManager& db, TBaseFile& f) {
   if (LookupPlace(store, store.currentCursor) == nullptr)
     store.currentCursor = ResolveCursor(store, VERDAL_CURSOR_FIRST);
   return true;
+}
+
+}  // namespace
+
+// A body in memory, as nearly every load has it, is read with the memory stream's inline reads.
+bool ReadBody(engine::TDBManager& db, TBaseFile& f) {
+  if (auto* memory = dynamic_cast<TMemFile*>(&f)) return ReadBodyFrom(db, *memory);
+  return ReadBodyFrom(db, f);
 }
 
 }  // namespace verdal::model
