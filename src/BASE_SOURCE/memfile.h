@@ -52,6 +52,8 @@ class TMemFile final : public TBaseFile {
   // The written bytes [0, GetLength()), for handing the whole stream to a compressor or cipher;
   // null after Close. Valid until the next Write or Close.
   const uint8_t* Data() const { return mapped_ ? data_ : nullptr; }
+  // The same for filling [0, GetLength()) in place, from a file say, after SetLength.
+  uint8_t* MutableData() { return mapped_ ? data_ : nullptr; }
   int32_t Capacity() const { return capacity_; }
 
  private:

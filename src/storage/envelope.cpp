@@ -264,14 +264,8 @@ bool ReadEnvelopeOrThrow(engine::TDBManager& db, TBaseFile& file, const BodyCode
     if (at < 0 || rest != int64_t{db.plainLength} || uint64_t(rest) * 2 > AvailableMemory())
       return body.read(db, file);
     TMemFile mem(static_cast<int32_t>(rest));
-    if (!mem.IsOpen()) return body.read(db, file);
-    std::vector<uint8_t> chunk(1 << 20);
-    for (int64_t left = rest; left > 0;) {
-      const int32_t n = static_cast<int32_t>(std::min<int64_t>(left, static_cast<int64_t>(chunk.size())));
-      file.Read(chunk.data(), n);
-      mem.Write(chunk.data(), n);
-      left -= n;
-    }
+    if (!mem.IsOpen() || !mem.SetLength(static_cast<int32_t>(rest))) return body.read(db, file);
+    file.Read(mem.MutableData(), static_cast<int32_t>(rest));
     mem.Seek(0);
     return body.read(db, mem);
   }
