@@ -5,6 +5,7 @@
 
 #include "query/query_expr.h"
 #include "query/qx_char_upper.h"
+#include "query/qx_convert_expr.h"
 #include "query/qx_field_expr.h"
 #include "query/qx_value_expr.h"
 
@@ -29,11 +30,18 @@ bool Holds(int32_t kind, long double difference) {
   }
 }
 
+// Kind alone does not tell a node's class: a variable reports the kind of its present value.
 const QX_Expression* LeftOf(const QX_Expression* node) {
-  return static_cast<const QX_BinaryExpr*>(node)->Left();
+  const auto* binary = dynamic_cast<const QX_BinaryExpr*>(node);
+  return binary != nullptr ? binary->Left() : nullptr;
 }
 const QX_Expression* RightOf(const QX_Expression* node) {
-  return static_cast<const QX_BinaryExpr*>(node)->Right();
+  const auto* binary = dynamic_cast<const QX_BinaryExpr*>(node);
+  return binary != nullptr ? binary->Right() : nullptr;
+}
+const QX_Expression* OperandOf(const QX_Expression* node) {
+  const auto* unary = dynamic_cast<const QX_UnaryExpr*>(node);
+  return unary != nullptr ? unary->Operand() : nullptr;
 }
 
 }  // namespace
@@ -72,7 +80,7 @@ int32_t QX_Predicate::AddStep(const QX_Expression* node, int depth) {
     first = AddStep(LeftOf(node), depth + 1);
     second = first < 0 ? -1 : AddStep(RightOf(node), depth + 1);
   } else if (kind == kKindNot) {
-    first = AddStep(static_cast<const QX_UnaryExpr*>(node)->Operand(), depth + 1);
+    first = AddStep(OperandOf(node), depth + 1);
     second = 0;
   } else if (IsRelation(kind) || kind == kKindSearch) {
     first = AddOperand(LeftOf(node));
@@ -104,32 +112,28 @@ int32_t QX_Predicate::AddOperand(const QX_Expression* node) {
   if (node == nullptr) return -1;
   Operand o;
   const QX_Expression* inner = node;
-  if (node->Kind() == kKindUpcase) {
+  if (dynamic_cast<const QX_UpcaseExpr*>(node) != nullptr) {
     o.upcase = true;
-    inner = static_cast<const QX_UnaryExpr*>(node)->Operand();
+    inner = OperandOf(node);
     if (inner == nullptr) return -1;
   }
-  switch (inner->Kind()) {
-    case kKindFIdx:
-      o.source = Operand::kField;
-      o.field = static_cast<const QX_FIdxExpr*>(inner)->Index();
-      break;
-    case kKindStr:
-      o.source = Operand::kText;
-      o.text = static_cast<const QX_StrExpr*>(inner)->Text();
-      if (o.upcase) {
-        o.ownText = o.text;
-        QX_UpcaseInPlace(o.ownText.data());
-      }
-      break;
-    case kKindNum:
-      if (o.upcase) return -1;  // an error at every node
-      o.source = Operand::kNumber;
-      o.number = static_cast<const QX_NumExpr*>(inner)->Value();
-      o.bound = model::DecimalBound(o.number);
-      break;
-    default:
-      return -1;
+  if (const auto* field = dynamic_cast<const QX_FIdxExpr*>(inner)) {
+    o.source = Operand::kField;
+    o.field = field->Index();
+  } else if (const auto* text = dynamic_cast<const QX_StrExpr*>(inner)) {
+    o.source = Operand::kText;
+    o.text = text->Text();
+    if (o.upcase) {
+      o.ownText = o.text;
+      QX_UpcaseInPlace(o.ownText.data());
+    }
+  } else if (const auto* number = dynamic_cast<const QX_NumExpr*>(inner); number != nullptr && !o.upcase) {
+    // An upper-cased number is an error at every node: left to the tree.
+    o.source = Operand::kNumber;
+    o.number = number->Value();
+    o.bound = model::DecimalBound(o.number);
+  } else {
+    return -1;  // variables, calls, computations
   }
   operands_.push_back(std::move(o));
   return static_cast<int32_t>(operands_.size() - 1);

@@ -100,6 +100,14 @@ TEST(QxPredicate, ReadsEachFieldOncePerNodeAndLeavesHandedOverTexts) {
   ASSERT_EQ(mixed.Parse("@1 *= \"b\" and @2 > 1 and @1 < 5;"), nullptr);
   EXPECT_EQ(QX_Predicate::Compile(mixed.Tree())->Fields(),
             (std::vector<QX_Predicate::FieldUse>{{0, true}, {1, false}}));
+  // Variables report the kind of their value but are no literals: such trees stay with the tree.
+  TestQuery variables;
+  variables.DefineString("TAB", false, "\t");
+  variables.DefineNumber("N", false, 3);
+  for (const char* text : {"TAB = \"\";", "@1 > N;", "^TAB *= @1;"}) {
+    ASSERT_EQ(variables.Parse(text), nullptr) << text;
+    EXPECT_EQ(QX_Predicate::Compile(variables.Tree()), nullptr) << text;
+  }
   // Texts handed over (owned) are freed and the node left to the tree.
   q.ownedReads = true;
   EXPECT_EQ(predicate->Decide(q), QX_Predicate::kUndecided);
