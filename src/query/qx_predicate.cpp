@@ -150,7 +150,7 @@ QX_Predicate::Answer QX_Predicate::Decide(QueryExpr& query) {
   return Run(query, 0);
 }
 
-QX_Predicate::FieldRead* QX_Predicate::ReadOf(QueryExpr& query, const Operand& operand) {
+inline QX_Predicate::FieldRead* QX_Predicate::ReadOf(QueryExpr& query, const Operand& operand) {
   FieldRead* read = &reads_[static_cast<size_t>(operand.read)];
   if (read->generation == generation_) return read->text != nullptr ? read : nullptr;
   read->generation = generation_;
@@ -205,7 +205,7 @@ inline bool QX_Predicate::NumberOf(QueryExpr& query, Operand& operand, long doub
   return !read->numberFailed;
 }
 
-QX_Predicate::FieldRead* QX_Predicate::NumberRead(QueryExpr& query, const Operand& operand) {
+inline QX_Predicate::FieldRead* QX_Predicate::NumberRead(QueryExpr& query, const Operand& operand) {
   FieldRead* read = ReadOf(query, operand);
   if (read == nullptr || read->numbered) return read;
   read->numbered = true;
@@ -215,7 +215,7 @@ QX_Predicate::FieldRead* QX_Predicate::NumberRead(QueryExpr& query, const Operan
   return read;
 }
 
-QX_Predicate::Answer QX_Predicate::CompareInIntegers(QueryExpr& query, const Step& step) {
+inline QX_Predicate::Answer QX_Predicate::CompareInIntegers(QueryExpr& query, const Step& step) {
   const FieldRead* read = NumberRead(query, operands_[static_cast<size_t>(step.field)]);
   const Operand& number = operands_[static_cast<size_t>(step.field == step.first ? step.second : step.first)];
   int sign = 0;

@@ -78,13 +78,14 @@ class QX_Predicate {
   Answer Run(QueryExpr& query, int32_t step);
   // False when the step cannot be decided here.
   bool TextOf(QueryExpr& query, Operand& operand, const char** textOut);
-  // Inlined into Run: 80-bit numbers handed through memory cost more than the reading.
+  // Inlined into Run as well: 80-bit numbers handed through memory cost more than the reading.
   [[gnu::always_inline]] bool NumberOf(QueryExpr& query, Operand& operand, long double* numberOut);
-  FieldRead* ReadOf(QueryExpr& query, const Operand& operand);
+  // These three run for every node of a walk and are inlined into Run.
+  [[gnu::always_inline]] FieldRead* ReadOf(QueryExpr& query, const Operand& operand);
   // The read with its number parsed; null when the field cannot be read.
-  FieldRead* NumberRead(QueryExpr& query, const Operand& operand);
+  [[gnu::always_inline]] FieldRead* NumberRead(QueryExpr& query, const Operand& operand);
   // A field compared with a number in integers; kUndecided when that cannot tell.
-  Answer CompareInIntegers(QueryExpr& query, const Step& step);
+  [[gnu::always_inline]] Answer CompareInIntegers(QueryExpr& query, const Step& step);
 
   std::vector<Step> steps_;
   std::vector<Operand> operands_;
