@@ -17,6 +17,9 @@ bool KindMatches(int32_t kinds, bool isCategory) {
 // Visits the nodes below start in depth-first order with an explicit stack; visit returns whether
 // to descend into the node. warm, when given, is called for the records of nodes a few steps
 // ahead with what visit will read of them.
+// How many siblings ahead a walk asks for nodes; places, records and values follow closer.
+constexpr size_t kFarthest = 24;
+
 template <class Visit, class Warm>
 void WalkBelow(TDBNode* start, Visit&& visit, bool readsRecords, Warm&& warm) {
   struct Frame {
@@ -33,9 +36,23 @@ void WalkBelow(TDBNode* start, Visit&& visit, bool readsRecords, Warm&& warm) {
     const std::vector<TDBNode*>& kids = *f.node->children;
     // Siblings lie anywhere in memory: ask for the next ones' places and records early, each
     // stage touching what the stage before it has brought in by now.
-    auto at = [&](size_t ahead) { return f.index + ahead < kids.size() ? kids[f.index + ahead] : nullptr; };
+    // Near the end of a list the look-ahead runs on into the children of the parent's next child,
+    // which the walk enters next if it has any: categories of a thousand records each would
+    // otherwise start every list cold.
+    const std::vector<TDBNode*>* following = nullptr;
+    if (f.index + kFarthest >= kids.size() && stack.size() >= 2) {
+      const Frame& up = stack[stack.size() - 2];
+      const std::vector<TDBNode*>& siblings = *up.node->children;
+      if (up.index < siblings.size() && siblings[up.index] != nullptr && siblings[up.index]->children)
+        following = siblings[up.index]->children.get();
+    }
+    auto at = [&](size_t ahead) -> const TDBNode* {
+      const size_t i = f.index + ahead;
+      if (i < kids.size()) return kids[i];
+      return following != nullptr && i - kids.size() < following->size() ? (*following)[i - kids.size()] : nullptr;
+    };
     // Only the leading members that a walk reads, which may still straddle two cache lines.
-    if (const TDBNode* n = at(24)) PrefetchBytes(n, offsetof(TDBNode, children) + sizeof(bool));
+    if (const TDBNode* n = at(kFarthest)) PrefetchBytes(n, offsetof(TDBNode, children) + sizeof(bool));
     if (const TDBNode* n = at(16); n != nullptr && n->place != nullptr)
       PrefetchBytes(&n->place->cursor, offsetof(TDBCategoryData, imported) - offsetof(TDBCategoryData, cursor));
     if (readsRecords) {
