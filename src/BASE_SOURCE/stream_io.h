@@ -44,6 +44,15 @@ constexpr size_t kExtendedSize = 10;
 void EncodeExtended(long double value, uint8_t out[kExtendedSize]);
 long double DecodeExtended(const uint8_t in[kExtendedSize]);
 
+// Bytes between the position and the end, or -1 where the stream cannot tell.
+template <class File>
+int64_t BytesLeft(File& file) {
+  const int32_t position = file.Tell();
+  const int32_t length = file.GetLength();
+  if (position < 0 || length < 0) return -1;
+  return int64_t{length} - position;
+}
+
 // The readers take any stream type: a TBaseFile through its virtual functions, a TMemFile (which
 // is final) with direct calls that inline, which a load of millions of values needs.
 namespace stream_detail {
@@ -53,15 +62,6 @@ T ReadRaw(File& file) {
   T value;
   file.Read(&value, sizeof value);
   return value;
-}
-
-// Bytes between the position and the end, or -1 where the stream cannot tell.
-template <class File>
-int64_t BytesLeft(File& file) {
-  const int32_t position = file.Tell();
-  const int32_t length = file.GetLength();
-  if (position < 0 || length < 0) return -1;
-  return int64_t{length} - position;
 }
 
 }  // namespace stream_detail
@@ -92,7 +92,7 @@ void ReadChars(char* chars, int32_t size, File& file) {
 template <class File>
 void ReadString(std::string& text, File& file) {
   const uint32_t count = ReadUInt32(file);
-  const int64_t left = stream_detail::BytesLeft(file);
+  const int64_t left = BytesLeft(file);
   if (count > INT32_MAX || (left >= 0 && count > left)) throw TReadWriteException();
   if (left >= 0) {
     if (count == 0) {

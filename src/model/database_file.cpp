@@ -34,11 +34,9 @@ constexpr int16_t kFirstContainerSince = 6;  // five containers, one version aft
 constexpr int kContainers = 5;
 
 template <class File>
-int64_t BytesLeft(File& f) { return static_cast<int64_t>(f.GetLength()) - f.Tell(); }
-
-template <class File>
 bool CountFits(File& f, int64_t count, int64_t minBytes) {
-  return count >= 0 && count * minBytes <= BytesLeft(f);
+  const int64_t left = BytesLeft(f);
+  return count >= 0 && left >= 0 && count * minBytes <= left;
 }
 
 // A local time is eight little-endian 16-bit values, moved as one block of 16 bytes.

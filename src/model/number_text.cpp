@@ -54,6 +54,17 @@ struct ExactDigits {
   bool Exact() const { return simple && fractionDigits <= kMaxExactPower; }
 };
 
+// Gathers digits [. digits] of t from i on; returns the position after them.
+size_t GatherDigits(std::string_view t, size_t i, ExactDigits& d) {
+  const size_t n = t.size();
+  while (i < n && IsDigit(t[i])) d.Add(t[i++], false);
+  if (i < n && t[i] == '.') {
+    ++i;
+    while (i < n && IsDigit(t[i])) d.Add(t[i++], true);
+  }
+  return i;
+}
+
 }  // namespace
 
 long double ReadNumber(std::string_view t) {
@@ -65,11 +76,7 @@ long double ReadNumber(std::string_view t) {
   if (i < n && (t[i] == '+' || t[i] == '-')) negative = t[i++] == '-';
 
   ExactDigits d;
-  while (i < n && IsDigit(t[i])) d.Add(t[i++], false);
-  if (i < n && t[i] == '.') {
-    ++i;
-    while (i < n && IsDigit(t[i])) d.Add(t[i++], true);
-  }
+  i = GatherDigits(t, i, d);
   if (!d.any) return 0;
   if (i < n && (t[i] == 'e' || t[i] == 'E')) {
     size_t j = i + 1;
@@ -115,10 +122,7 @@ bool ReadPlainDecimal(const char* p, PlainDecimal* out) {
     return true;
   }
   ExactDigits d;
-  for (p = start; IsDigit(*p); ++p) d.Add(*p, false);
-  if (*p == '.') {
-    for (++p; IsDigit(*p); ++p) d.Add(*p, true);
-  }
+  GatherDigits(std::string_view(start, static_cast<size_t>(p - start)), 0, d);
   if (!d.Exact()) return false;
   *out = PlainDecimal{d.mantissa, d.fractionDigits, negative};
   return true;

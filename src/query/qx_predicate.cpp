@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "model/number_text.h"
 #include "query/query_expr.h"
 #include "query/qx_char_upper.h"
 #include "query/qx_convert_expr.h"
@@ -209,7 +210,7 @@ inline QX_Predicate::FieldRead* QX_Predicate::NumberRead(QueryExpr& query, const
   FieldRead* read = ReadOf(query, operand);
   if (read == nullptr || read->numbered) return read;
   read->numbered = true;
-  read->plain = QX_Utilities::TextToPlainDecimal(read->text, &read->decimal);
+  read->plain = model::ReadPlainDecimal(read->text, &read->decimal);
   read->valued = !read->plain;
   if (!read->plain) read->numberFailed = QX_Utilities::TextToNumber(read->text, &read->number) != nullptr;
   return read;

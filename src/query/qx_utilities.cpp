@@ -43,7 +43,7 @@ QX_Error QX_Utilities::ToNumber(const QX_Expression* value, long double* numberO
 
 QX_Error QX_Utilities::TextToNumber(const char* text, long double* numberOut) {
   // Stored numbers nearly always have the plain form, read in one pass.
-  if (model::PlainDecimal d; TextToPlainDecimal(text, &d)) {
+  if (model::PlainDecimal d; model::ReadPlainDecimal(text, &d)) {
     *numberOut = d.Value();
     return nullptr;
   }

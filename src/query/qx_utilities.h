@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <iosfwd>
 
-#include "model/number_text.h"
 #include "query/qx_err_defs.h"
 #include "query/qx_math_fault.h"
 
@@ -21,11 +20,6 @@ class QX_Utilities : public QX_ErrDefs {
   static QX_Error ToNumber(const QX_Expression* value, long double* numberOut);
   // Leading white space is skipped, trailing text ignored; no number at all reads as 0.
   static QX_Error TextToNumber(const char* text, long double* numberOut);
-  // The number TextToNumber reads, when the text has the plain form [sign] digits [. digits]
-  // after white space; false for other forms, which TextToNumber reads the general way.
-  static bool TextToPlainDecimal(const char* text, model::PlainDecimal* decimalOut) {
-    return model::ReadPlainDecimal(text, decimalOut);
-  }
   // The number cut toward 0; error 9 outside the 32-bit signed range.
   static QX_Error NumberToInt(long double number, int32_t* intOut);
   static QX_Error ToInt(const QX_Expression* value, int32_t* intOut);
