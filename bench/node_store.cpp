@@ -23,13 +23,13 @@ struct BigStore {
     std::mt19937 rng(42);
     places.reserve(kCategories + kRecords);
     for (int c = 0; c < kCategories; ++c) {
-      auto rec = std::make_unique<TDBCategoryRecord>();
-      rec->id = store.nextCategoryId++;
+      TDBCategoryRecord rec;
+      rec.id = store.nextCategoryId++;
       // A hundred top-level categories, the rest one level below them.
-      rec->parentId = c < 100 ? -1 : static_cast<int32_t>(rng() % 100);
-      rec->expanded = true;
-      int32_t id = rec->id;
-      store.categories.Insert(id, rec);
+      rec.parentId = c < 100 ? -1 : static_cast<int32_t>(rng() % 100);
+      rec.expanded = true;
+      int32_t id = rec.id;
+      store.categories.Insert(id, std::move(rec));
       Add(id, true);
     }
     for (int r = 0; r < kRecords; ++r) Add(static_cast<int32_t>(rng() % kCategories), false);
@@ -39,12 +39,11 @@ struct BigStore {
   }
 
   void Add(int32_t categoryId, bool isCategory) {
-    auto p = std::make_unique<TDBCategoryData>();
-    p->cursor = store.nextCursor++;
-    p->categoryId = categoryId;
-    p->isCategory = isCategory;
-    int32_t cursor = p->cursor;
-    store.places.Insert(cursor, p);
+    TDBCategoryData p;
+    p.cursor = store.nextCursor++;
+    p.categoryId = categoryId;
+    p.isCategory = isCategory;
+    store.places.Insert(p.cursor, std::move(p));
   }
 };
 

@@ -142,13 +142,13 @@ int32_t AddCategory(TDBManager& db, int32_t parentCursor, const char* name) {
   TDBCategoryData* parent = ParentPlace(store, resolved);
   if (parent == nullptr) return -1;
 
-  auto rec = std::make_unique<TDBCategoryRecord>();
-  rec->id = store.nextCategoryId++;
+  TDBCategoryRecord rec;
+  rec.id = store.nextCategoryId++;
   // -1 is the top level; the root cursor gives -2, which is read as the top level everywhere.
-  rec->parentId = resolved == -1 ? -1 : parent->categoryId;
-  rec->name = rec->displayName = name != nullptr ? name : "";
-  int32_t categoryId = rec->id;
-  store.categories.Insert(categoryId, rec);
+  rec.parentId = resolved == -1 ? -1 : parent->categoryId;
+  rec.name = rec.displayName = name != nullptr ? name : "";
+  int32_t categoryId = rec.id;
+  store.categories.Insert(categoryId, std::move(rec));
   TDBDataRecord* data = CreateDataRecord(store, "", -1);
   TDBCategoryData* place = CreatePlace(store, categoryId, data->id, true, false);
   AttachPlaces(store, {place}, true);

@@ -280,10 +280,13 @@ void FitValues(NodeStore& store, TDBDataRecord& d) {
   while (d.values.size() < fields) d.values.push_back(store.fields[d.values.size()]->type.NewRecordValue());
 }
 
-// Inserts a loaded object; a second object under an id already taken is dropped with a trace.
+// Inserts a loaded object and answers where it lives; a second object under an id already taken
+// is dropped with a trace, and the answer is null.
 template <class T>
-void InsertLoaded(TDBIdMap<T>& map, std::unique_ptr<T>& object, int32_t id, const char* what) {
-  if (!map.Insert(id, object)) platform::Trace("ReadBody: dropped a second %s with id %d", what, id);
+T* InsertLoaded(TDBIdMap<T>& map, T&& object, int32_t id, const char* what) {
+  T* stored = map.Insert(id, std::move(object));
+  if (stored == nullptr) platform::Trace("ReadBody: dropped a second %s with id %d", what, id);
+  return stored;
 }
 
 }  // namespace
@@ -355,38 +358,37 @@ bool ReadBodyFrom(engine::TDBManager& db, File& f) {
   int32_t count = ReadInt32(f);
   if (!CountFits(f, count, kMinCategoryBytes)) return false;
   for (int32_t i = 0; i < count; ++i) {
-    auto c = std::make_unique<TDBCategoryRecord>();
-    if (!ReadCategory(*c, f)) return false;
-    int32_t id = c->id;
+    TDBCategoryRecord c;
+    if (!ReadCategory(c, f)) return false;
+    const int32_t id = c.id;
     highestCategory = std::max(highestCategory, id);
-    InsertLoaded(store.categories, c, id, "category");
+    InsertLoaded(store.categories, std::move(c), id, "category");
   }
   count = ReadInt32(f);
   if (!CountFits(f, count, kMinDataBytes)) return false;
   for (int32_t i = 0; i < count; ++i) {
-    auto d = std::make_unique<TDBDataRecord>();
-    if (!ReadData(*d, f)) return false;
-    FitValues(store, *d);
-    int32_t id = d->id;
+    TDBDataRecord d;
+    if (!ReadData(d, f)) return false;
+    FitValues(store, d);
+    const int32_t id = d.id;
     highestData = std::max(highestData, id);
-    InsertLoaded(store.data, d, id, "data record");
+    InsertLoaded(store.data, std::move(d), id, "data record");
   }
   count = ReadInt32(f);
   if (!CountFits(f, count, kMinPlaceBytes)) return false;
   std::vector<TDBCategoryData*> list;
   list.reserve(static_cast<size_t>(count));
   for (int32_t i = 0; i < count; ++i) {
-    auto p = std::make_unique<TDBCategoryData>();
-    if (!ReadPlace(*p, f)) return false;
-    int32_t cursor = p->cursor;
-    TDBCategoryData* raw = p.get();
+    TDBCategoryData p;
+    if (!ReadPlace(p, f)) return false;
+    int32_t cursor = p.cursor;
     if (cursor < 0) {  // a negative cursor could never be named
       platform::Trace("ReadBody: dropped a place with cursor %d", cursor);
       continue;
     }
     highestCursor = std::max(highestCursor, cursor);
-    InsertLoaded(store.places, p, cursor, "place");
-    if (p == nullptr) list.push_back(raw);
+    if (TDBCategoryData* stored = InsertLoaded(store.places, std::move(p), cursor, "place"))
+      list.push_back(stored);
   }
   // Categories whose parent is gone stand at the top level.
   store.categories.ForEach([&](int32_t, TDBCategoryRecord* c) {

@@ -80,7 +80,8 @@ std::string* FieldValueOf(NodeStore& store, const TDBCategoryData* place, int32_
 }
 
 TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int32_t externalRow) {
-  auto record = std::make_unique<TDBDataRecord>();
+  TDBDataRecord fresh;
+  TDBDataRecord* record = &fresh;
   record->values.resize(store.fields.size());
   // Each field gives its value for a new record: the next counter number, or its initial value.
   for (auto& field : store.fields) {
@@ -93,22 +94,18 @@ TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int3
   record->externalRow = externalRow;
   record->created = record->changed = platform::NowLocal();
   record->identifier = platform::NewGuidText();
-  TDBDataRecord* raw = record.get();
-  if (!store.data.Insert(raw->id, record)) return nullptr;  // a counter behind a loaded id
-  return raw;
+  return store.data.Insert(fresh.id, std::move(fresh));  // null: a counter behind a loaded id
 }
 
 TDBCategoryData* CreatePlace(NodeStore& store, int32_t categoryId, int32_t dataId, bool isCategory,
                              bool temporary) {
-  auto place = std::make_unique<TDBCategoryData>();
-  place->cursor = store.nextCursor++;
-  place->categoryId = categoryId;
-  place->dataId = dataId;
-  place->isCategory = isCategory;
-  place->temporary = temporary;
-  TDBCategoryData* raw = place.get();
-  if (!store.places.Insert(raw->cursor, place)) return nullptr;
-  return raw;
+  TDBCategoryData place;
+  place.cursor = store.nextCursor++;
+  place.categoryId = categoryId;
+  place.dataId = dataId;
+  place.isCategory = isCategory;
+  place.temporary = temporary;
+  return store.places.Insert(place.cursor, std::move(place));
 }
 
 namespace {

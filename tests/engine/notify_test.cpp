@@ -42,11 +42,11 @@ class Notify : public ::testing::Test {
     ASSERT_NE(db, nullptr);
     // A category with one record, and a record at top level.
     auto& s = db->store;
-    auto rec = std::make_unique<model::TDBCategoryRecord>();
-    rec->id = s.nextCategoryId++;
-    rec->parentId = -1;
-    int32_t categoryId = rec->id;
-    s.categories.Insert(categoryId, rec);
+    model::TDBCategoryRecord rec;
+    rec.id = s.nextCategoryId++;
+    rec.parentId = -1;
+    int32_t categoryId = rec.id;
+    s.categories.Insert(categoryId, std::move(rec));
     category = AddPlace(categoryId, true);
     inCategory = AddPlace(categoryId, false);
     topLevel = AddPlace(-1, false);
@@ -59,12 +59,11 @@ class Notify : public ::testing::Test {
     Pool().CloseAll();
   }
   int32_t AddPlace(int32_t categoryId, bool isCategory) {
-    auto p = std::make_unique<model::TDBCategoryData>();
-    p->cursor = db->store.nextCursor++;
-    p->categoryId = categoryId;
-    p->isCategory = isCategory;
-    model::TDBCategoryData* raw = p.get();
-    db->store.places.Insert(raw->cursor, p);
+    model::TDBCategoryData p;
+    p.cursor = db->store.nextCursor++;
+    p.categoryId = categoryId;
+    p.isCategory = isCategory;
+    model::TDBCategoryData* raw = db->store.places.Insert(p.cursor, std::move(p));
     model::AttachPlaces(db->store, {raw}, true);
     return raw->cursor;
   }

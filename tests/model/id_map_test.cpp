@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 #include "model/id_map.h"
@@ -16,34 +17,41 @@ TEST(IdMap, BucketCountsOfTheSizeClasses) {
   EXPECT_EQ(BucketCountForSizeClass(-1), 3331u);
 }
 
-TEST(IdMap, InsertFindRemoveAndTableOrder) {
-  TDBIdMap<int> map(0);  // 63 buckets
-  for (int id : {1, 64, 127, 2, 0}) {
-    auto value = std::make_unique<int>(id * 10);
-    ASSERT_TRUE(map.Insert(id, value));
-    EXPECT_EQ(value, nullptr);
-  }
-  auto duplicate = std::make_unique<int>(-1);
-  EXPECT_FALSE(map.Insert(64, duplicate));
-  EXPECT_NE(duplicate, nullptr);  // stays with the caller
-  EXPECT_EQ(*map.Find(64), 640);
+TEST(IdMap, InsertFindEraseAndTableOrder) {
+  TDBIdMap<std::string> map(0);  // 63 buckets
+  for (int id : {1, 64, 127, 2, 0}) ASSERT_NE(map.Insert(id, std::to_string(id * 10)), nullptr);
+  std::string duplicate = "stays";
+  EXPECT_EQ(map.Insert(64, std::move(duplicate)), nullptr);
+  EXPECT_EQ(duplicate, "stays");  // not taken
+  EXPECT_EQ(*map.Find(64), "640");
   EXPECT_EQ(map.Find(-1), nullptr);
   EXPECT_EQ(map.Find(3), nullptr);
 
   // Buckets ascending, each bucket newest first: 0 | 127, 64, 1 | 2.
   std::vector<int> order;
-  map.ForEach([&](int32_t id, int*) { order.push_back(id); });
+  map.ForEach([&](int32_t id, std::string*) { order.push_back(id); });
   EXPECT_EQ(order, (std::vector<int>{0, 127, 64, 1, 2}));
 
   EXPECT_TRUE(map.Erase(64));
   EXPECT_FALSE(map.Erase(64));
   EXPECT_EQ(map.Find(64), nullptr);
-  EXPECT_EQ(*map.Find(127), 1270);
+  EXPECT_EQ(*map.Find(127), "1270");
   EXPECT_EQ(map.Count(), 4u);
-  auto taken = map.Remove(1);
-  ASSERT_NE(taken, nullptr);
-  EXPECT_EQ(*taken, 10);
   map.Clear();
   EXPECT_EQ(map.Count(), 0u);
   EXPECT_EQ(map.Find(0), nullptr);
+}
+
+// Objects keep their addresses while others come and go, and erased slots are used again.
+TEST(IdMap, AddressesStayAcrossGrowthAndReuse) {
+  TDBIdMap<std::string> map(1);
+  std::vector<std::string*> at;
+  for (int id = 0; id < 5000; ++id) at.push_back(map.Insert(id, "value " + std::to_string(id)));
+  for (int id = 0; id < 5000; id += 2) ASSERT_TRUE(map.Erase(id));
+  for (int id = 5000; id < 7500; ++id) ASSERT_NE(map.Insert(id, std::string(40, 'x')), nullptr);
+  for (int id = 1; id < 5000; id += 2) {
+    ASSERT_EQ(map.Find(id), at[static_cast<size_t>(id)]);
+    ASSERT_EQ(*map.Find(id), "value " + std::to_string(id));
+  }
+  EXPECT_EQ(map.Count(), 5000u);
 }

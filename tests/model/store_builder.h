@@ -20,13 +20,13 @@ class StoreBuilder {
   // A category record, its data record and its place; nothing is attached yet.
   Built Category(int32_t parentCategoryId, const std::string& name, int32_t position = -1,
                  bool expanded = true) {
-    auto rec = std::make_unique<TDBCategoryRecord>();
-    rec->id = store.nextCategoryId++;
-    rec->parentId = parentCategoryId;
-    rec->name = name;
-    rec->expanded = expanded;
-    int32_t id = rec->id;
-    store.categories.Insert(id, rec);
+    TDBCategoryRecord rec;
+    rec.id = store.nextCategoryId++;
+    rec.parentId = parentCategoryId;
+    rec.name = name;
+    rec.expanded = expanded;
+    int32_t id = rec.id;
+    store.categories.Insert(id, std::move(rec));
     return {Place(id, true, position), id};
   }
 
@@ -59,14 +59,14 @@ class StoreBuilder {
  private:
   int32_t Place(int32_t categoryId, bool isCategory, int32_t position) {
     TDBDataRecord* data = CreateDataRecord(store, "", -1);
-    auto place = std::make_unique<TDBCategoryData>();
-    place->cursor = store.nextCursor++;
-    place->categoryId = categoryId;
-    place->dataId = data->id;
-    place->isCategory = isCategory;
-    place->position = position;
-    int32_t cursor = place->cursor;
-    store.places.Insert(cursor, place);
+    TDBCategoryData place;
+    place.cursor = store.nextCursor++;
+    place.categoryId = categoryId;
+    place.dataId = data->id;
+    place.isCategory = isCategory;
+    place.position = position;
+    int32_t cursor = place.cursor;
+    store.places.Insert(cursor, std::move(place));
     pending_.push_back(cursor);
     return cursor;
   }
