@@ -38,6 +38,13 @@ class TMemFile final : public TBaseFile {
     position_ += count;
     return count;
   }
+  // Lends the next `count` bytes in place and moves past them, for readers that keep only a view.
+  const char* Take(int32_t count) {
+    if (!Usable() || count < 0 || count > length_ - position_) throw TMemFileReadWriteException();
+    const char* at = reinterpret_cast<const char*>(data_) + position_;
+    position_ += count;
+    return at;
+  }
   // Overwrites in place inside the written range; past it raises the length, growing the block by
   // at least growStep when the capacity runs out. New bytes of a grown block are zero.
   int32_t Write(const void* buffer, int32_t count) override;

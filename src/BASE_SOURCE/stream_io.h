@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "BASE_SOURCE/base_file.h"
@@ -87,6 +88,32 @@ void ReadChars(char* chars, int32_t size, File& file) {
   file.Read(chars, size);
 }
 
+// The length of the text up to its first NUL, or all of it. Stored strings never hold one unless
+// the file is damaged, and most are short: a word at a time beats a library call here.
+inline size_t LengthBeforeNul(const char* text, size_t count) {
+  constexpr uint64_t kLow = 0x0101010101010101ULL, kHigh = 0x8080808080808080ULL;
+  size_t i = 0;
+  for (; i + 8 <= count; i += 8) {
+    uint64_t word;
+    std::memcpy(&word, text + i, 8);
+    if (((word - kLow) & ~word & kHigh) != 0) break;
+  }
+  for (; i < count; ++i)
+    if (text[i] == '\0') return i;
+  return count;
+}
+
+// Reads a string as ReadString does, but lends its text from the stream's own memory instead of
+// copying it: for streams with Take (a TMemFile). The view is valid while the stream's bytes are.
+template <class File>
+std::string_view ReadStringView(File& file) {
+  const uint32_t count = ReadUInt32(file);
+  const int64_t left = BytesLeft(file);
+  if (count > INT32_MAX || left < 0 || count > left) throw TReadWriteException();
+  const char* text = file.Take(static_cast<int32_t>(count));
+  return {text, LengthBeforeNul(text, count)};
+}
+
 // Reads a count and that many bytes, and keeps the text up to its first NUL. A count larger than
 // the bytes left in the stream throws TReadWriteException before anything is allocated.
 template <class File>
@@ -108,7 +135,7 @@ void ReadString(std::string& text, File& file) {
       buffer = large.data();
     }
     file.Read(buffer, static_cast<int32_t>(count));
-    text.assign(buffer, strnlen(buffer, count));
+    text.assign(buffer, LengthBeforeNul(buffer, count));
     return;
   }
   // A stream that cannot tell its length: read in bounded pieces, so a damaged count ends in a

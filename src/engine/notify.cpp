@@ -71,9 +71,10 @@ bool NotifyChange(TDBManager* db, int32_t cursor, int32_t reason, int32_t field,
       TDBManager* from = Handles().Lookup(chain.handles[j - 1]);
       TDBManager* to = Handles().Lookup(chain.handles[j]);
       if (from == nullptr || to == nullptr) break;
-      const std::string* link = model::FieldValue(from->store, from->store.currentCursor, chain.fields[j - 1]);
-      if (link == nullptr) break;
-      int32_t target = static_cast<int32_t>(std::strtol(link->c_str(), nullptr, 10));
+      std::optional<std::string_view> link =
+          model::FieldValue(from->store, from->store.currentCursor, chain.fields[j - 1]);
+      if (!link) break;
+      int32_t target = static_cast<int32_t>(std::strtol(link->data(), nullptr, 10));  // NUL-ended
       FillPlace(*to, target);
       if (reason == 2) to->store.currentCursor = target;
       bool alreadyTold = false;

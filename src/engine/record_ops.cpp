@@ -104,7 +104,7 @@ int32_t AddRecord(TDBManager& db, int32_t parentCursor, const char* title, bool 
   if (field != nullptr && field->position >= 0 && static_cast<size_t>(field->position) < data->values.size()) {
     std::string converted;
     field->type.ToInternal(firstValue, converted, true, nullptr);
-    data->values[static_cast<size_t>(field->position)] = std::move(converted);
+    data->values.Set(static_cast<size_t>(field->position), converted);
   }
   TDBCategoryData* place = PlaceNewRecord(db, *parent, data, temporary, window);
   return place != nullptr ? place->cursor : -1;
@@ -130,7 +130,7 @@ int32_t DuplicateRecord(TDBManager& db, int32_t sourceCursor, int32_t parentCurs
     if (field->type.isCounter || field->type.readOnly) continue;
     size_t p = static_cast<size_t>(field->position);
     if (field->position < 0 || p >= sourceData->values.size() || p >= data->values.size()) continue;
-    data->values[p] = sourceData->values[p];
+    data->values.Set(p, sourceData->values[p]);
   }
   TDBCategoryData* place = PlaceNewRecord(db, *parent, data, false, nullptr);
   return place != nullptr ? place->cursor : -1;

@@ -29,7 +29,7 @@ TDBFieldInfo* FieldAt(NodeStore& store, int32_t index) {
 }
 
 StoredForm ByFieldType(NodeStore& store) {
-  return [&store](int32_t fieldIndex, const std::string& value) {
+  return [&store](int32_t fieldIndex, std::string_view value) {
     std::string out;
     store.fields[static_cast<size_t>(fieldIndex)]->type.ToInternal(value, out, false, nullptr);
     return out;
@@ -79,7 +79,7 @@ int32_t SetData(TDBManager& db, int32_t fieldIndex, const char* value, int32_t c
     SetLastError(24);
     return 0;
   }
-  data->values[static_cast<size_t>(field->position)] = std::move(converted);
+  data->values.Set(static_cast<size_t>(field->position), converted);
   data->changed = platform::NowLocal();
   data->modified = 1;
   data->temporary = false;
@@ -101,12 +101,12 @@ const char* GetData(TDBManager& db, int32_t fieldIndex, int32_t cursor, bool raw
     SetLastError(2);
     return nullptr;
   }
-  std::string* stored = FieldValue(store, resolved, fieldIndex);
-  if (stored == nullptr) {
+  std::optional<std::string_view> stored = FieldValue(store, resolved, fieldIndex);
+  if (!stored) {
     SetLastError(5);
     return nullptr;
   }
-  if (raw) return stored->c_str();
+  if (raw) return stored->data();  // followed by a NUL
   field->type.CreateDisplayString(*stored, g_displayBuffer, useWords, false, nullptr);
   return g_displayBuffer.c_str();
 }
@@ -144,9 +144,9 @@ int32_t CompareValues(TDBManager& db, int32_t first, int32_t second, int32_t fie
     SetLastError(2);
     return 0;
   }
-  const std::string* a = FieldValue(store, first, fieldIndex);
-  const std::string* b = FieldValue(store, second, fieldIndex);
-  if (a == nullptr || b == nullptr) {
+  std::optional<std::string_view> a = FieldValue(store, first, fieldIndex);
+  std::optional<std::string_view> b = FieldValue(store, second, fieldIndex);
+  if (!a || !b) {
     SetLastError(10);
     return 0;
   }

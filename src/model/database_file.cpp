@@ -1,7 +1,10 @@
 #include "model/database_file.h"
 
 #include <algorithm>
+#include <deque>
 #include <memory>
+#include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "BASE_SOURCE/memfile.h"
@@ -199,7 +202,7 @@ void WriteData(TDBDataRecord& d, TBaseFile& f) {
   WriteString(d.identifier, f);
   WriteString(d.title, f);
   WriteInt32(static_cast<int32_t>(d.values.size()), f);
-  for (const std::string& v : d.values) WriteString(v, f);
+  for (size_t i = 0; i < d.values.size(); ++i) WriteString(d.values[i].data(), f);
   int32_t end = f.Tell();
   d.storedSize = static_cast<uint32_t>(end - sizeAt);
   f.Seek(sizeAt);
@@ -207,19 +210,35 @@ void WriteData(TDBDataRecord& d, TBaseFile& f) {
   f.Seek(end);
 }
 
+// The values of one record on their way from the stream into its block.
+struct ValueScratch {
+  std::vector<std::string_view> views;
+  std::vector<std::string> texts;    // the read texts, where the stream cannot lend them
+  std::deque<std::string> defaults;  // values a record lacked (a deque keeps their addresses)
+};
+
+// A memory stream lends the texts; any other stream reads them into the scratch.
 template <class File>
-bool ReadValues(TDBDataRecord& d, File& f) {
+bool ReadValues(ValueScratch& s, File& f) {
   int32_t count = ReadInt32(f);
   if (!CountFits(f, count, 4)) return false;
-  d.values.resize(static_cast<size_t>(count));
-  for (std::string& v : d.values) ReadString(v, f);
+  s.views.resize(static_cast<size_t>(count));
+  if constexpr (std::is_same_v<File, TMemFile>) {
+    for (std::string_view& v : s.views) v = ReadStringView(f);
+  } else {
+    s.texts.resize(static_cast<size_t>(count));
+    for (size_t i = 0; i < s.texts.size(); ++i) {
+      ReadString(s.texts[i], f);
+      s.views[i] = s.texts[i];
+    }
+  }
   return true;
 }
 
 // Both forms: the current one behind the data record mark, and the old one behind the section
 // mark, which has no identifier and gets a fresh one.
 template <class File>
-bool ReadData(TDBDataRecord& d, File& f) {
+bool ReadData(TDBDataRecord& d, ValueScratch& values, File& f) {
   uint32_t mark = ReadUInt32(f);
   if (mark == kDataRecordMark) {
     d.format = ReadUInt8(f);
@@ -231,7 +250,7 @@ bool ReadData(TDBDataRecord& d, File& f) {
     d.modified = ReadUInt8(f);
     ReadString(d.identifier, f);
     ReadString(d.title, f);
-    return ReadValues(d, f);
+    return ReadValues(values, f);
   }
   if (mark != kSectionMark) return false;
   d.format = 0;
@@ -245,7 +264,7 @@ bool ReadData(TDBDataRecord& d, File& f) {
   d.modified = ReadUInt8(f);
   ReadString(d.title, f);
   d.identifier = platform::NewGuidText();
-  return ReadValues(d, f);
+  return ReadValues(values, f);
 }
 
 void WritePlace(const TDBCategoryData& p, TBaseFile& f) {
@@ -274,10 +293,12 @@ bool ReadPlace(TDBCategoryData& p, File& f) {
 
 // A record gets exactly one value per field: extra values go, missing ones come from the fields
 // at the indexes they lack, as for a field added to a database with records.
-void FitValues(NodeStore& store, TDBDataRecord& d) {
+void FitValues(NodeStore& store, ValueScratch& s) {
   size_t fields = store.fields.size();
-  if (d.values.size() > fields) d.values.resize(fields);
-  while (d.values.size() < fields) d.values.push_back(store.fields[d.values.size()]->type.NewRecordValue());
+  if (s.views.size() > fields) s.views.resize(fields);
+  s.defaults.clear();
+  while (s.views.size() < fields)
+    s.views.push_back(s.defaults.emplace_back(store.fields[s.views.size()]->type.NewRecordValue()));
 }
 
 // Inserts a loaded object and answers where it lives; a second object under an id already taken
@@ -366,10 +387,12 @@ bool ReadBodyFrom(engine::TDBManager& db, File& f) {
   }
   count = ReadInt32(f);
   if (!CountFits(f, count, kMinDataBytes)) return false;
+  ValueScratch values;
   for (int32_t i = 0; i < count; ++i) {
     TDBDataRecord d;
-    if (!ReadData(d, f)) return false;
-    FitValues(store, d);
+    if (!ReadData(d, values, f)) return false;
+    FitValues(store, values);
+    d.values.Assign(values.views.data(), values.views.size(), &store.valueArena);
     const int32_t id = d.id;
     highestData = std::max(highestData, id);
     InsertLoaded(store.data, std::move(d), id, "data record");

@@ -48,7 +48,7 @@ int32_t AddFieldInfo(NodeStore& store, const TDBFieldInfo& pattern, int32_t inde
   int32_t position = static_cast<int32_t>(store.fields.size());
   bool anyRecord = false;
   store.data.ForEach([&](int32_t, TDBDataRecord* record) {
-    record->values.push_back(field->type.NewRecordValue());
+    record->values.PushBack(field->type.NewRecordValue());
     int32_t took = static_cast<int32_t>(record->values.size()) - 1;
     position = anyRecord ? std::max(position, took) : took;
     anyRecord = true;
@@ -77,9 +77,9 @@ void RemoveField(NodeStore& store, int32_t index) {
   fields.erase(fields.begin() + index);
   store.data.ForEach([&](int32_t, TDBDataRecord* record) {
     if (fields.empty())
-      record->values.clear();
-    else if (p >= 0 && static_cast<size_t>(p) < record->values.size())
-      record->values.erase(record->values.begin() + p);
+      record->values.Clear();
+    else if (p >= 0)
+      record->values.Erase(static_cast<size_t>(p));
   });
   if (p < 0) return;  // it held no value in any record
   for (auto& f : fields)

@@ -65,30 +65,33 @@ TDBNode* NodeInView(NodeStore& store, int32_t viewIndex, const TDBCategoryData* 
   return nullptr;
 }
 
-std::string* FieldValue(NodeStore& store, int32_t cursor, int32_t fieldIndex) {
+std::optional<std::string_view> FieldValue(NodeStore& store, int32_t cursor, int32_t fieldIndex) {
   return FieldValueOf(store, LookupPlace(store, cursor), fieldIndex);
 }
 
-std::string* FieldValueOf(NodeStore& store, const TDBCategoryData* place, int32_t fieldIndex) {
+std::optional<std::string_view> FieldValueOf(NodeStore& store, const TDBCategoryData* place,
+                                             int32_t fieldIndex) {
   if (place == nullptr || fieldIndex < 0 || static_cast<size_t>(fieldIndex) >= store.fields.size())
-    return nullptr;
+    return std::nullopt;
   TDBDataRecord* record = DataOf(store, place);
-  if (record == nullptr) return nullptr;
+  if (record == nullptr) return std::nullopt;
   int32_t position = store.fields[static_cast<size_t>(fieldIndex)]->position;
-  if (position < 0 || static_cast<size_t>(position) >= record->values.size()) return nullptr;
-  return &record->values[static_cast<size_t>(position)];
+  if (position < 0 || static_cast<size_t>(position) >= record->values.size()) return std::nullopt;
+  return record->values[static_cast<size_t>(position)];
 }
 
 TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int32_t externalRow) {
   TDBDataRecord fresh;
   TDBDataRecord* record = &fresh;
-  record->values.resize(store.fields.size());
   // Each field gives its value for a new record: the next counter number, or its initial value.
+  std::vector<std::string> values(store.fields.size());
   for (auto& field : store.fields) {
     std::string value = field->type.NewRecordValue();
-    if (field->position >= 0 && static_cast<size_t>(field->position) < record->values.size())
-      record->values[static_cast<size_t>(field->position)] = std::move(value);
+    if (field->position >= 0 && static_cast<size_t>(field->position) < values.size())
+      values[static_cast<size_t>(field->position)] = std::move(value);
   }
+  std::vector<std::string_view> views(values.begin(), values.end());
+  record->values.Assign(views.data(), views.size());
   record->id = store.nextDataId++;
   record->title = title;
   record->externalRow = externalRow;
@@ -249,6 +252,7 @@ void ClearStore(NodeStore& store, bool keepDefinitions) {
   if (!keepDefinitions) store.fields.clear();
   store.categories.Clear();
   store.data.Clear();
+  store.valueArena.Clear();
   store.places.Clear();
   for (auto& view : store.views) view->Clear();
 }

@@ -3,12 +3,15 @@
 // the id counters and the current cursor. A database is never paged; the file is a dump of this.
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "model/field_info.h"
 #include "model/id_map.h"
 #include "model/records.h"
+#include "model/text_arena.h"
 #include "model/view.h"
 
 namespace verdal::model {
@@ -18,6 +21,9 @@ class NodeStore {
   explicit NodeStore(int32_t sizeClass);
 
   int32_t sizeClass;
+  // The blocks of loaded records' values; a record that changes a value leaves its block here
+  // until the store is cleared.
+  TextArena valueArena;
   TDBIdMap<TDBCategoryRecord> categories;
   TDBIdMap<TDBDataRecord> data;
   TDBIdMap<TDBCategoryData> places;
@@ -55,9 +61,11 @@ inline TDBDataRecord* DataOf(NodeStore& store, const TDBCategoryData* place) {
   return place->data;
 }
 
-// The stored value of one field of a node; null if the node, its data or the field is missing.
-std::string* FieldValue(NodeStore& store, int32_t cursor, int32_t fieldIndex);
-std::string* FieldValueOf(NodeStore& store, const TDBCategoryData* place, int32_t fieldIndex);
+// The stored value of one field of a node; none if the node, its data or the field is missing.
+// The text is followed by a NUL and valid until the record's values change.
+std::optional<std::string_view> FieldValue(NodeStore& store, int32_t cursor, int32_t fieldIndex);
+std::optional<std::string_view> FieldValueOf(NodeStore& store, const TDBCategoryData* place,
+                                             int32_t fieldIndex);
 
 // A new data record with one value per field, taking the next data id, entered in the data map.
 TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int32_t externalRow);

@@ -69,7 +69,7 @@ void WalkBelow(TDBNode* start, Visit&& visit, bool readsRecords, Warm&& warm) {
 }  // namespace
 
 void PlaceFilter::Prefetch(const TDBDataRecord& record) const {
-  PrefetchBytes(record.values.data(), std::min<size_t>(record.values.size() * sizeof(std::string), 512));
+  PrefetchBytes(record.values.Block(), RecordValues::kLeadBytes);
 }
 
 void CollectPlaces(NodeStore& /*store*/, TDBNode* start, std::vector<int32_t>& list, int32_t kinds,
@@ -104,17 +104,14 @@ int32_t FindByValue(NodeStore& store, int32_t fieldIndex, const char* value, boo
     if (found >= 0) return false;
     if ((skipCursor < 0 || skipCursor != node->cursor) && (searchCategories || !node->isCategory)) {
       const TDBCategoryData* place = node->place;
-      const std::string* stored = FieldValueOf(store, place, fieldIndex);
-      if (place != nullptr && !place->temporary && stored != nullptr) {
+      std::optional<std::string_view> stored = FieldValueOf(store, place, fieldIndex);
+      if (place != nullptr && !place->temporary && stored) {
         bool equal = asStored && toStored ? toStored(fieldIndex, *stored) == needle : *stored == needle;
         if (equal) found = node->cursor;
       }
     }
     return found < 0;
-  }, true, [position = store.fields[static_cast<size_t>(fieldIndex)]->position](const TDBDataRecord& record) {
-    if (position >= 0 && static_cast<size_t>(position) < record.values.size())
-      __builtin_prefetch(&record.values[static_cast<size_t>(position)]);
-  });
+  }, true, [](const TDBDataRecord& record) { PrefetchBytes(record.values.Block(), RecordValues::kLeadBytes); });
   return found;
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "model/node_store.h"
@@ -31,7 +32,7 @@ void CollectPlaces(NodeStore& store, TDBNode* start, std::vector<int32_t>& list,
                    bool recurse, bool onlyExpanded, PlaceFilter* filter, bool includeStart);
 
 // Brings a value of a field to its stored form; the field's data type knows how.
-using StoredForm = std::function<std::string(int32_t fieldIndex, const std::string& value)>;
+using StoredForm = std::function<std::string(int32_t fieldIndex, std::string_view value)>;
 
 // The first node of the main tree, depth-first and regardless of expanded flags, whose value of
 // the field equals value (case-sensitive). Without asStored the value is brought to stored form

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "model/record_values.h"
 #include "platform/clock.h"
 
 namespace verdal::model {
@@ -30,7 +31,7 @@ struct TDBCategoryRecord {
 
 struct TDBDataRecord {
   uint32_t tag = kObjectTag;
-  std::vector<std::string> values;  // indexed by field position
+  RecordValues values;  // indexed by field position
   int32_t id = -1;
   std::string title;
   platform::LocalTime changed{};

@@ -1,9 +1,12 @@
 #include "query/query_cache.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
+#include <string_view>
 
 #include "model/data_type_info.h"
 #include "model/fields.h"
@@ -103,26 +106,17 @@ QX_QueryCache::QX_QueryCache(model::NodeStore& store, const char* text, model::T
   if (lastError == nullptr) predicate_ = QX_Predicate::Compile(Tree());
   if (predicate_ == nullptr) return;
   for (const QX_Predicate::FieldUse& use : predicate_->Fields()) {
-    const size_t bytes = use.asText ? sizeof(std::string) + 48 : sizeof(std::string);
-    const size_t index = static_cast<size_t>(use.field);
-    if (use.field == kTitleField) {
-      reads_.push_back({kTitlePosition, bytes});
-    } else if (use.field >= 0 && index < store.fields.size() && store.fields[index] != nullptr &&
-               store.fields[index]->position >= 0) {
-      reads_.push_back({static_cast<size_t>(store.fields[index]->position), bytes});
-    }
+    if (use.field == kTitleField)
+      titleBytes_ = std::max(titleBytes_, use.asText ? sizeof(std::string) + 48 : sizeof(std::string));
+    else
+      readsValues_ = true;
   }
 }
 
 void QX_QueryCache::Prefetch(const model::TDBDataRecord& record) const {
   if (predicate_ == nullptr) return PlaceFilter::Prefetch(record);
-  for (const Read& read : reads_) {
-    if (read.position == kTitlePosition) {
-      model::PrefetchBytes(&record.title, read.bytes);
-    } else if (read.position < record.values.size()) {
-      model::PrefetchBytes(&record.values[read.position], read.bytes);
-    }
-  }
+  if (titleBytes_ > 0) model::PrefetchBytes(&record.title, titleBytes_);
+  if (readsValues_) model::PrefetchBytes(record.values.Block(), model::RecordValues::kLeadBytes);
 }
 
 // The language alone compares bytes; the system comparison holds while engine queries live.
@@ -304,7 +298,7 @@ QX_Error QX_QueryCache::GetField(QX_FieldText* textOut, int32_t index) {
   if (nodeFor_ == generation_ && record_ != nullptr && static_cast<size_t>(index) < storedAt_.size()) {
     const int32_t at = storedAt_[static_cast<size_t>(index)];
     if (at >= 0 && static_cast<size_t>(at) < record_->values.size()) {
-      textOut->text = record_->values[static_cast<size_t>(at)].c_str();
+      textOut->text = record_->values[static_cast<size_t>(at)].data();  // followed by a NUL
       return nullptr;
     }
   }
@@ -332,22 +326,22 @@ QX_Error QX_QueryCache::GetField(QX_FieldText* textOut, int32_t index) {
   }
   model::TDBFieldInfo* field = store.fields[static_cast<size_t>(index)].get();
   if (field == nullptr) return nullptr;
-  const std::string* stored = nullptr;
+  std::optional<std::string_view> stored;
   const size_t position = static_cast<size_t>(field->position);
   if (record_ != nullptr && field->position >= 0 && position < record_->values.size())
-    stored = &record_->values[position];
+    stored = record_->values[position];
   const int16_t type = field->type.dataType;
   const bool byIdentifier = static_cast<size_t>(index) < fieldFlags.size() &&
                             (fieldFlags[static_cast<size_t>(index)] & kFlagLinkId) != 0;
   const bool computed = IsDateType(type) || (type == model::kTypeLink && !byIdentifier);
   if (!computed) {
-    if (stored != nullptr) textOut->text = stored->c_str();
+    if (stored) textOut->text = stored->data();  // followed by a NUL
     return nullptr;
   }
   if (slots_.size() < fieldCount) slots_.resize(fieldCount);
   Slot& slot = slots_[static_cast<size_t>(index)];
   if (slot.generation != generation_) {
-    const std::string_view value = stored != nullptr ? std::string_view(*stored) : std::string_view();
+    const std::string_view value = stored.value_or(std::string_view());
     if (IsDateType(type)) {
       long double number = 0;
       field->type.Compare(value, "", false, false, true, &number, nullptr);

@@ -74,6 +74,33 @@ TEST(StreamIoTest, StringsAreCountedAndCutAtNul) {
   EXPECT_EQ(s, "!");
 }
 
+// The word-at-a-time search for a NUL must find it at every offset, on both sides of a word's
+// end, and the lending reader must cut and move exactly as the copying one does.
+TEST(StreamIoTest, LentStringsCutAtTheFirstNulWherever) {
+  for (size_t length : {1u, 7u, 8u, 9u, 16u, 23u, 40u}) {
+    for (size_t nulAt = 0; nulAt <= length; ++nulAt) {
+      std::string text(length, 'q');
+      if (nulAt < length) text[nulAt] = '\0';
+      if (nulAt + 2 < length) text[nulAt + 2] = '\0';  // a second one changes nothing
+      EXPECT_EQ(LengthBeforeNul(text.data(), text.size()), nulAt) << length << " " << nulAt;
+      TMemFile f(64);
+      WriteUInt32(static_cast<uint32_t>(length), f);
+      f.Write(text.data(), static_cast<int32_t>(length));
+      WriteUInt32(1, f);
+      f.Write("!", 1);
+      f.SeekToBegin();
+      EXPECT_EQ(ReadStringView(f), std::string_view(text.data(), nulAt));
+      EXPECT_EQ(ReadStringView(f), "!");
+    }
+  }
+  // A count beyond the bytes left throws without lending anything.
+  TMemFile f(8);
+  WriteUInt32(9, f);
+  f.Write("abc", 3);
+  f.SeekToBegin();
+  EXPECT_THROW(ReadStringView(f), TReadWriteException);
+}
+
 TEST(StreamIoTest, DamagedStringCountsFailWithoutAllocating) {
   // Counts just past the stream's end, near 2 GiB, negative as signed, and the largest.
   for (uint32_t count : {4u, 0x7ffffff0u, 0x80000000u, 0xffffffffu}) {

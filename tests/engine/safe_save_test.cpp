@@ -35,8 +35,8 @@ bool Hook(FaultSite site) {
 std::string ValueIn(const std::string& name) {
   engine::TDBManager probe(1);
   if (!probe.Open(name.c_str(), false, true, false)) return "<no load>";
-  const std::string* v = model::FieldValue(probe.store, model::ResolveCursor(probe.store, -3), 0);
-  return v != nullptr ? *v : "<no value>";
+  std::optional<std::string_view> v = model::FieldValue(probe.store, model::ResolveCursor(probe.store, -3), 0);
+  return v ? std::string(*v) : "<no value>";
 }
 
 class SafeSave : public ::testing::TestWithParam<std::tuple<FaultSite, bool>> {
@@ -51,7 +51,7 @@ class SafeSave : public ::testing::TestWithParam<std::tuple<FaultSite, bool>> {
     field.name = "Name";
     model::AddFieldInfo(db.store, field, -1);
     model::CreatePlace(db.store, -1, model::CreateDataRecord(db.store, "", -1)->id, false, false);
-    db.store.data.Find(0)->values[0] = "alt";
+    db.store.data.Find(0)->values.Set(0, "alt");
     db.MarkDirty();
     ASSERT_TRUE(db.SafeSave());
   }
@@ -86,7 +86,7 @@ class SafeSave : public ::testing::TestWithParam<std::tuple<FaultSite, bool>> {
   void Change() {
     engine::TDBManager db(1);
     if (!db.Open(name.c_str(), false, false, false)) return;
-    db.store.data.Find(0)->values[0] = "neu";
+    db.store.data.Find(0)->values.Set(0, "neu");
     db.MarkDirty();
     db.SafeSave();
     db.saveOnClose = false;
@@ -104,7 +104,7 @@ TEST_P(SafeSave, EveryStepCanFailWithoutLosingTheDatabase) {
     {
       engine::TDBManager db(1);
       ASSERT_TRUE(db.Open(name.c_str(), false, false, false)) << "try " << n;
-      db.store.data.Find(0)->values[0] = "alt";
+      db.store.data.Find(0)->values.Set(0, "alt");
       db.MarkDirty();
       ASSERT_TRUE(db.SafeSave());
       db.MarkDirty();

@@ -135,10 +135,11 @@ TEST_F(Walks, FindsTheFirstNodeHoldingAValue) {
   field->name = "Name";
   field->position = 0;
   b.store.fields.push_back(std::move(field));
-  b.store.data.ForEach([](int32_t, TDBDataRecord* d) { d->values.assign(1, ""); });
-  *FieldValue(b.store, b1, 0) = "x";
-  *FieldValue(b.store, r, 0) = "x";
-  *FieldValue(b.store, B.cursor, 0) = "x";
+  b.store.data.ForEach([](int32_t, TDBDataRecord* d) { d->values.Resize(1); });
+  auto set = [&](int32_t cursor, const char* value) { DataOf(b.store, b.place(cursor))->values.Set(0, value); };
+  set(b1, "x");
+  set(r, "x");
+  set(B.cursor, "x");
 
   EXPECT_EQ(FindByValue(b.store, 0, "x", true, false, -1, nullptr), b1);  // closed B is searched
   EXPECT_EQ(FindByValue(b.store, 0, "x", true, true, -1, nullptr), B.cursor);
@@ -150,13 +151,13 @@ TEST_F(Walks, FindsTheFirstNodeHoldingAValue) {
   EXPECT_EQ(FindByValue(b.store, 0, "x", true, false, -1, nullptr), r);
 
   // The field's type brings both sides to stored form.
-  StoredForm lower = [](int32_t, const std::string& v) {
-    std::string s = v;
+  StoredForm lower = [](int32_t, std::string_view v) {
+    std::string s(v);
     for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     return s;
   };
   EXPECT_EQ(FindByValue(b.store, 0, "X", false, false, -1, lower), r);
-  *FieldValue(b.store, a1, 0) = "X";
+  set(a1, "X");
   EXPECT_EQ(FindByValue(b.store, 0, "x", true, false, -1, lower), a1);
 }
 

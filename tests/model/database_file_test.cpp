@@ -131,8 +131,13 @@ TEST(DatabaseBody, AVersionThreeFileWithOldFormRecordsIsRepairedAsItLoads) {
   ASSERT_TRUE(ReadBodyInto(db, body));
   model::NodeStore& s = db.store;
   EXPECT_EQ(s.fields[1]->position, 1);  // position 7 of two fields repaired
-  EXPECT_EQ(s.data.Find(8)->values, (std::vector<std::string>{"1.00", "2.00"}));
-  EXPECT_EQ(s.data.Find(9)->values, (std::vector<std::string>{"4.00", "5.00"}));  // default added
+  auto texts = [](const model::RecordValues& v) {
+    std::vector<std::string> out;
+    for (size_t i = 0; i < v.size(); ++i) out.emplace_back(v[i]);
+    return out;
+  };
+  EXPECT_EQ(texts(s.data.Find(8)->values), (std::vector<std::string>{"1.00", "2.00"}));
+  EXPECT_EQ(texts(s.data.Find(9)->values), (std::vector<std::string>{"4.00", "5.00"}));  // default added
   EXPECT_EQ(s.data.Find(9)->format, 0);
   EXPECT_EQ(s.data.Find(9)->identifier.size(), 36u);
   EXPECT_EQ(s.categories.Find(5)->parentId, -1);

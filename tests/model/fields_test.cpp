@@ -55,7 +55,7 @@ TEST(FieldList, PositionsOutsideTheListTakeTheLowestFreeOnes) {
   EXPECT_EQ(Positions(b.store), (std::vector<int16_t>{0, 1, -1, 2}));
   // Lookup by position passes over a field whose position the record does not have.
   TDBDataRecord shortRecord;
-  shortRecord.values.assign(2, "");
+  shortRecord.values.Resize(2);
   EXPECT_EQ(FieldIndexByName(b.store, "d", true, &shortRecord), -1);
   EXPECT_EQ(FieldIndexByName(b.store, "d", true, nullptr), 2);
   EXPECT_EQ(FieldIndexByName(b.store, "b", false), 1);

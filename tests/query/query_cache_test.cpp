@@ -183,7 +183,7 @@ TEST_F(QueryCache, FieldTextsAreLentNotHandedOver) {
   ASSERT_EQ(q.GetField(&name, 0), nullptr);
   EXPECT_FALSE(date.owned || name.owned);
   EXPECT_STREQ(date.text, "20011231000000000");
-  EXPECT_EQ(name.text, model::FieldValue(db.store, graben, 0)->c_str());
+  EXPECT_EQ(name.text, model::FieldValue(db.store, graben, 0)->data());
   ASSERT_TRUE(q.Test(other));
   ASSERT_EQ(q.GetField(&date, 4), nullptr);
   EXPECT_STREQ(date.text, "0");
