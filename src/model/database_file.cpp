@@ -4,10 +4,10 @@
 #include <deque>
 #include <memory>
 #include <string_view>
-#include <type_traits>
 #include <vector>
 
 #include "BASE_SOURCE/memfile.h"
+#include "BASE_SOURCE/read_ahead_file.h"
 #include "BASE_SOURCE/stream_io.h"
 #include "engine/db_manager.h"
 #include "model/cursor.h"
@@ -210,27 +210,35 @@ void WriteData(TDBDataRecord& d, TBaseFile& f) {
   f.Seek(end);
 }
 
-// The values of one record on their way from the stream into its block.
+// The values of one record on their way from the stream into its block, already in the block's
+// form: the texts each followed by a NUL, and where each ends.
 struct ValueScratch {
+  std::string packed;
+  std::vector<uint32_t> ends;
+  std::string text;  // one text, where the stream cannot lend it
+  // Only for a record whose count of values does not match the fields.
   std::vector<std::string_view> views;
-  std::vector<std::string> texts;    // the read texts, where the stream cannot lend them
-  std::deque<std::string> defaults;  // values a record lacked (a deque keeps their addresses)
+  std::deque<std::string> defaults;  // values it lacked (a deque keeps their addresses)
 };
 
-// A memory stream lends the texts; any other stream reads them into the scratch.
+// Streams that lend their bytes (memory, read-ahead) are read without a string per value. A lent
+// text is valid only until the next read, so each is copied on at once.
 template <class File>
 bool ReadValues(ValueScratch& s, File& f) {
   int32_t count = ReadInt32(f);
   if (!CountFits(f, count, 4)) return false;
-  s.views.resize(static_cast<size_t>(count));
-  if constexpr (std::is_same_v<File, TMemFile>) {
-    for (std::string_view& v : s.views) v = ReadStringView(f);
-  } else {
-    s.texts.resize(static_cast<size_t>(count));
-    for (size_t i = 0; i < s.texts.size(); ++i) {
-      ReadString(s.texts[i], f);
-      s.views[i] = s.texts[i];
+  s.packed.clear();
+  s.ends.clear();
+  for (int32_t i = 0; i < count; ++i) {
+    if constexpr (requires { f.Take(0); }) {
+      s.packed.append(ReadStringView(f));
+    } else {
+      ReadString(s.text, f);
+      s.packed.append(s.text);
     }
+    s.packed.push_back('\0');
+    // The stream holds under 2 GiB, so every end fits.
+    s.ends.push_back(static_cast<uint32_t>(s.packed.size()));
   }
   return true;
 }
@@ -292,13 +300,21 @@ bool ReadPlace(TDBCategoryData& p, File& f) {
 }
 
 // A record gets exactly one value per field: extra values go, missing ones come from the fields
-// at the indexes they lack, as for a field added to a database with records.
-void FitValues(NodeStore& store, ValueScratch& s) {
-  size_t fields = store.fields.size();
-  if (s.views.size() > fields) s.views.resize(fields);
+// at the indexes they lack, as for a field added to a database with records. Its block comes from
+// the store's arena.
+void TakeValues(NodeStore& store, ValueScratch& s, TDBDataRecord& d) {
+  const size_t fields = store.fields.size();
+  if (s.ends.size() == fields) {
+    d.values.AssignPacked(s.packed, s.ends.data(), fields, &store.valueArena);
+    return;
+  }
+  s.views.clear();
+  for (size_t i = 0, start = 0; i < s.ends.size() && i < fields; start = s.ends[i++])
+    s.views.push_back(std::string_view(s.packed).substr(start, s.ends[i] - start - 1));
   s.defaults.clear();
   while (s.views.size() < fields)
     s.views.push_back(s.defaults.emplace_back(store.fields[s.views.size()]->type.NewRecordValue()));
+  d.values.Assign(s.views.data(), s.views.size(), &store.valueArena);
 }
 
 // Inserts a loaded object and answers where it lives; a second object under an id already taken
@@ -391,8 +407,7 @@ bool ReadBodyFrom(engine::TDBManager& db, File& f) {
   for (int32_t i = 0; i < count; ++i) {
     TDBDataRecord d;
     if (!ReadData(d, values, f)) return false;
-    FitValues(store, values);
-    d.values.Assign(values.views.data(), values.views.size(), &store.valueArena);
+    TakeValues(store, values, d);
     const int32_t id = d.id;
     highestData = std::max(highestData, id);
     InsertLoaded(store.data, std::move(d), id, "data record");
@@ -434,9 +449,10 @@ bool ReadBodyFrom(engine::TDBManager& db, File& f) {
 
 }  // namespace
 
-// A body in memory, as nearly every load has it, is read with the memory stream's inline reads.
+// A body in memory or streaming through a window, as every load has it, is read with inline reads.
 bool ReadBody(engine::TDBManager& db, TBaseFile& f) {
   if (auto* memory = dynamic_cast<TMemFile*>(&f)) return ReadBodyFrom(db, *memory);
+  if (auto* window = dynamic_cast<TReadAheadFile*>(&f)) return ReadBodyFrom(db, *window);
   return ReadBodyFrom(db, f);
 }
 

@@ -64,6 +64,26 @@ void RecordValues::Assign(const std::string_view* texts, size_t count, TextArena
   owned_ = arena == nullptr;
 }
 
+void RecordValues::AssignPacked(std::string_view texts, const uint32_t* ends, size_t count,
+                                TextArena* arena) {
+  if (count == 0) {
+    Release();
+    return;
+  }
+  const size_t textBytes = ends[count - 1];
+  if (textBytes > texts.size() || count > std::numeric_limits<uint32_t>::max())
+    throw std::length_error("record values do not match their ends");
+  const size_t headerBytes = (1 + count) * sizeof(uint32_t);
+  const size_t total = headerBytes + textBytes;
+  auto* block = static_cast<uint32_t*>(arena != nullptr ? arena->Allocate(total) : ::operator new(total));
+  block[0] = static_cast<uint32_t>(count);
+  std::memcpy(block + 1, ends, count * sizeof(uint32_t));
+  std::memcpy(block + 1 + count, texts.data(), textBytes);
+  Release();
+  block_ = block;
+  owned_ = arena == nullptr;
+}
+
 template <class From>
 void RecordValues::Rebuild(size_t count, From&& from) {
   // Records have tens of fields, rarely more: their views fit on the stack.

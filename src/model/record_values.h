@@ -39,6 +39,9 @@ class RecordValues {
   // Replaces all values. With an arena the block comes from it and lives as long as the arena does.
   // Throws std::length_error if the texts do not fit one block (4 GiB).
   void Assign(const std::string_view* texts, size_t count, TextArena* arena = nullptr);
+  // The same from texts already in block form: each followed by a NUL, `ends[i]` the offset just
+  // past the NUL of text i, the last end no more than the texts' size.
+  void AssignPacked(std::string_view texts, const uint32_t* ends, size_t count, TextArena* arena);
   void Set(size_t i, std::string_view text);
   void Resize(size_t count);  // values added are empty
   void PushBack(std::string_view text);

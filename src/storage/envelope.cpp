@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "BASE_SOURCE/memfile.h"
+#include "BASE_SOURCE/read_ahead_file.h"
 #include "BASE_SOURCE/stream_io.h"
 #include "engine/db_manager.h"
 #include "engine/pool_manager.h"
@@ -258,16 +259,11 @@ bool ReadEnvelopeOrThrow(engine::TDBManager& db, TBaseFile& file, const BodyCode
   if (db.version >= kRootExpandedSince) db.store.rootExpanded = ReadBool(file);
 
   if (!db.compressed && !db.enciphered) {
-    // A plain payload that fills the rest of the file is read in one piece and parsed in memory;
-    // anything else is parsed from the file as it stands.
-    const int64_t at = file.Tell(), rest = int64_t{file.GetLength()} - at;
-    if (at < 0 || rest != int64_t{db.plainLength} || uint64_t(rest) * 2 > AvailableMemory())
-      return body.read(db, file);
-    TMemFile mem(static_cast<int32_t>(rest));
-    if (!mem.IsOpen() || !mem.SetLength(static_cast<int32_t>(rest))) return body.read(db, file);
-    file.Read(mem.MutableData(), static_cast<int32_t>(rest));
-    mem.Seek(0);
-    return body.read(db, mem);
+    // A plain payload is parsed as it streams past in a window: no copy of the file is made.
+    const int64_t at = file.Tell(), length = file.GetLength();
+    if (at < 0 || length < at) return false;
+    TReadAheadFile rest(file, static_cast<int32_t>(length - at));
+    return body.read(db, rest);
   }
 
   // Lengths from the file are believed only as far as the file and memory can back them.
