@@ -36,7 +36,9 @@ class TDBIdMap {
     Entry*& head = buckets_[Bucket(id)];
     for (Entry* e = head; e != nullptr; e = e->next)
       if (e->id == id) return nullptr;
-    Entry* e = new (TakeSlot()) Entry{std::move(object), id, head};
+    Slot* slot = TakeSlot();
+    Entry* e = new (slot->bytes) Entry{std::move(object), id, head};
+    slot->live = true;
     head = e;
     ++count_;
     return &e->object;
@@ -65,14 +67,15 @@ class TDBIdMap {
     return false;
   }
 
+  // Goes through the slabs in memory order rather than the buckets, which would visit a large
+  // table's objects in scattered order.
   void Clear() {
-    for (Entry*& head : buckets_) {
-      while (head != nullptr) {
-        Entry* e = head;
-        head = e->next;
-        e->~Entry();
-      }
+    for (size_t s = 0; s < slabs_.size(); ++s) {
+      const size_t used = s + 1 < slabs_.size() ? SlabSize(s) : slabUsed_;
+      for (size_t i = 0; i < used; ++i)
+        if (slabs_[s][i].live) slabs_[s][i].AsEntry()->~Entry();
     }
+    std::fill(buckets_.begin(), buckets_.end(), nullptr);
     slabs_.clear();
     free_ = nullptr;
     slabUsed_ = slabSize_ = 0;
@@ -93,9 +96,13 @@ class TDBIdMap {
     Entry* next;
   };
   // Raw storage for one entry; a free one holds the link to the next free one.
-  union Slot {
-    Slot* nextFree;
-    alignas(Entry) std::byte bytes[sizeof(Entry)];
+  struct Slot {
+    union {
+      Slot* nextFree;
+      alignas(Entry) std::byte bytes[sizeof(Entry)];
+    };
+    bool live;
+    Entry* AsEntry() { return std::launder(reinterpret_cast<Entry*>(bytes)); }
   };
   // Slabs double from a small first one, so a tiny database stays small and a large one needs
   // few of them.
@@ -104,14 +111,16 @@ class TDBIdMap {
 
   size_t Bucket(int32_t id) const { return static_cast<uint32_t>(id) % buckets_.size(); }
 
-  void* TakeSlot() {
+  static size_t SlabSize(size_t index) { return std::min(kFirstSlab << std::min<size_t>(index, 20), kLargestSlab); }
+
+  Slot* TakeSlot() {
     if (free_ != nullptr) {
       Slot* s = free_;
       free_ = s->nextFree;
       return s;
     }
     if (slabUsed_ == slabSize_) {
-      slabSize_ = slabs_.empty() ? kFirstSlab : std::min(slabSize_ * 2, kLargestSlab);
+      slabSize_ = SlabSize(slabs_.size());
       slabs_.emplace_back(new Slot[slabSize_]);  // left uninitialised: each slot is built on taking
       slabUsed_ = 0;
     }
@@ -119,7 +128,8 @@ class TDBIdMap {
   }
 
   void GiveBack(Entry* e) {
-    Slot* s = reinterpret_cast<Slot*>(e);
+    Slot* s = reinterpret_cast<Slot*>(reinterpret_cast<std::byte*>(e) - offsetof(Slot, bytes));
+    s->live = false;
     s->nextFree = free_;
     free_ = s;
   }
