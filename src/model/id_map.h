@@ -33,34 +33,38 @@ class TDBIdMap {
   // Moves the object in under the id and answers where it now lives; null, with the object left
   // untouched, if the id is present already.
   T* Insert(int32_t id, T&& object) {
-    Entry*& head = buckets_[Bucket(id)];
-    for (Entry* e = head; e != nullptr; e = e->next)
+    Slot*& head = buckets_[Bucket(id)];
+    for (Slot* e = head; e != nullptr; e = e->next)
       if (e->id == id) return nullptr;
     Slot* slot = TakeSlot();
-    Entry* e = new (slot->bytes) Entry{std::move(object), id, head};
+    T* stored = new (slot->bytes) T(std::move(object));
+    slot->id = id;
     slot->live = true;
-    head = e;
+    slot->next = head;
+    head = slot;
     ++count_;
-    return &e->object;
+    return stored;
   }
 
   // Negative ids are never stored; they are answered without touching the table.
   T* Find(int32_t id) const {
     if (id < 0) return nullptr;
-    for (Entry* e = buckets_[Bucket(id)]; e != nullptr; e = e->next)
-      if (e->id == id) return &e->object;
+    for (Slot* e = buckets_[Bucket(id)]; e != nullptr; e = e->next)
+      if (e->id == id) return e->Object();
     return nullptr;
   }
 
   // Destroys the object under the id; false if there is none.
   bool Erase(int32_t id) {
     if (id < 0) return false;
-    for (Entry** link = &buckets_[Bucket(id)]; *link != nullptr; link = &(*link)->next) {
-      Entry* e = *link;
+    for (Slot** link = &buckets_[Bucket(id)]; *link != nullptr; link = &(*link)->next) {
+      Slot* e = *link;
       if (e->id != id) continue;
       *link = e->next;
-      e->~Entry();
-      GiveBack(e);
+      e->Object()->~T();
+      e->live = false;
+      e->nextFree = free_;
+      free_ = e;
       --count_;
       return true;
     }
@@ -73,7 +77,7 @@ class TDBIdMap {
     for (size_t s = 0; s < slabs_.size(); ++s) {
       const size_t used = s + 1 < slabs_.size() ? SlabSize(s) : slabUsed_;
       for (size_t i = 0; i < used; ++i)
-        if (slabs_[s][i].live) slabs_[s][i].AsEntry()->~Entry();
+        if (slabs_[s][i].live) slabs_[s][i].Object()->~T();
     }
     std::fill(buckets_.begin(), buckets_.end(), nullptr);
     slabs_.clear();
@@ -85,24 +89,22 @@ class TDBIdMap {
   // Visits (id, object) in table order. The visitor must not change the table.
   template <class Visit>
   void ForEach(Visit&& visit) const {
-    for (Entry* head : buckets_)
-      for (Entry* e = head; e != nullptr; e = e->next) visit(e->id, &e->object);
+    for (Slot* head : buckets_)
+      for (Slot* e = head; e != nullptr; e = e->next) visit(e->id, e->Object());
   }
 
  private:
-  struct Entry {
-    T object;
-    int32_t id;
-    Entry* next;
-  };
-  // Raw storage for one entry; a free one holds the link to the next free one.
+  // One entry: the object's storage (a free slot holds the link to the next free one there),
+  // its id, whether it holds an object, and the next entry of its bucket.
   struct Slot {
     union {
       Slot* nextFree;
-      alignas(Entry) std::byte bytes[sizeof(Entry)];
+      alignas(T) std::byte bytes[sizeof(T)];
     };
+    int32_t id;
     bool live;
-    Entry* AsEntry() { return std::launder(reinterpret_cast<Entry*>(bytes)); }
+    Slot* next;
+    T* Object() { return std::launder(reinterpret_cast<T*>(bytes)); }
   };
   // Slabs double from a small first one, so a tiny database stays small and a large one needs
   // few of them.
@@ -111,7 +113,7 @@ class TDBIdMap {
 
   size_t Bucket(int32_t id) const { return static_cast<uint32_t>(id) % buckets_.size(); }
 
-  static size_t SlabSize(size_t index) { return std::min(kFirstSlab << std::min<size_t>(index, 20), kLargestSlab); }
+  static size_t SlabSize(size_t index) { return std::min(kFirstSlab << std::min<size_t>(index, 12), kLargestSlab); }
 
   Slot* TakeSlot() {
     if (free_ != nullptr) {
@@ -127,14 +129,7 @@ class TDBIdMap {
     return &slabs_.back()[slabUsed_++];
   }
 
-  void GiveBack(Entry* e) {
-    Slot* s = reinterpret_cast<Slot*>(reinterpret_cast<std::byte*>(e) - offsetof(Slot, bytes));
-    s->live = false;
-    s->nextFree = free_;
-    free_ = s;
-  }
-
-  std::vector<Entry*> buckets_;
+  std::vector<Slot*> buckets_;
   size_t count_ = 0;
   std::vector<std::unique_ptr<Slot[]>> slabs_;
   Slot* free_ = nullptr;
