@@ -35,7 +35,7 @@ std::string NameOf(NodeStore& store, const TDBCategoryData* place) {
   if (place == nullptr) return std::string();
   if (!place->isCategory) {
     const TDBDataRecord* data = DataOf(store, place);
-    return data != nullptr ? data->title : std::string();
+    return data != nullptr ? std::string(data->Title()) : std::string();
   }
   const TDBCategoryRecord* rec = store.categories.Find(place->categoryId);
   return rec != nullptr ? rec->ShownName() : std::string();

@@ -199,8 +199,8 @@ void WriteData(TDBDataRecord& d, TBaseFile& f) {
   WriteTime(d.changed, f);
   WriteTime(d.created, f);
   WriteUInt8(d.modified, f);
-  WriteString(d.identifier, f);
-  WriteString(d.title, f);
+  WriteString(d.Identifier().data(), f);
+  WriteString(d.Title().data(), f);
   WriteInt32(static_cast<int32_t>(d.values.size()), f);
   for (size_t i = 0; i < d.values.size(); ++i) WriteString(d.values[i].data(), f);
   int32_t end = f.Tell();
@@ -210,43 +210,57 @@ void WriteData(TDBDataRecord& d, TBaseFile& f) {
   f.Seek(end);
 }
 
-// The values of one record on their way from the stream into its block, already in the block's
-// form: the texts each followed by a NUL, and where each ends.
-struct ValueScratch {
+// The texts of one record (identifier, title, values) on their way from the stream into its
+// block, already in the block's form: each followed by a NUL, and where each ends.
+struct TextScratch {
   std::string packed;
   std::vector<uint32_t> ends;
   std::string text;  // one text, where the stream cannot lend it
   // Only for a record whose count of values does not match the fields.
   std::vector<std::string_view> views;
   std::deque<std::string> defaults;  // values it lacked (a deque keeps their addresses)
+
+  void Clear() {
+    packed.clear();
+    ends.clear();
+  }
+  void Append(std::string_view t) {
+    packed.append(t);
+    packed.push_back('\0');
+    // The stream holds under 2 GiB, so every end fits.
+    ends.push_back(static_cast<uint32_t>(packed.size()));
+  }
+  std::string_view Text(size_t i) const {
+    const size_t start = i == 0 ? 0 : ends[i - 1];
+    return std::string_view(packed).substr(start, ends[i] - start - 1);
+  }
 };
 
-// Streams that lend their bytes (memory, read-ahead) are read without a string per value. A lent
+// Streams that lend their bytes (memory, read-ahead) are read without a string per text. A lent
 // text is valid only until the next read, so each is copied on at once.
 template <class File>
-bool ReadValues(ValueScratch& s, File& f) {
+void ReadText(TextScratch& s, File& f) {
+  if constexpr (requires { f.Take(0); }) {
+    s.Append(ReadStringView(f));
+  } else {
+    ReadString(s.text, f);
+    s.Append(s.text);
+  }
+}
+
+template <class File>
+bool ReadValues(TextScratch& s, File& f) {
   int32_t count = ReadInt32(f);
   if (!CountFits(f, count, 4)) return false;
-  s.packed.clear();
-  s.ends.clear();
-  for (int32_t i = 0; i < count; ++i) {
-    if constexpr (requires { f.Take(0); }) {
-      s.packed.append(ReadStringView(f));
-    } else {
-      ReadString(s.text, f);
-      s.packed.append(s.text);
-    }
-    s.packed.push_back('\0');
-    // The stream holds under 2 GiB, so every end fits.
-    s.ends.push_back(static_cast<uint32_t>(s.packed.size()));
-  }
+  for (int32_t i = 0; i < count; ++i) ReadText(s, f);
   return true;
 }
 
 // Both forms: the current one behind the data record mark, and the old one behind the section
 // mark, which has no identifier and gets a fresh one.
 template <class File>
-bool ReadData(TDBDataRecord& d, ValueScratch& values, File& f) {
+bool ReadData(TDBDataRecord& d, TextScratch& texts, File& f) {
+  texts.Clear();
   uint32_t mark = ReadUInt32(f);
   if (mark == kDataRecordMark) {
     d.format = ReadUInt8(f);
@@ -256,9 +270,9 @@ bool ReadData(TDBDataRecord& d, ValueScratch& values, File& f) {
     d.changed = ReadTime(f);
     d.created = ReadTime(f);
     d.modified = ReadUInt8(f);
-    ReadString(d.identifier, f);
-    ReadString(d.title, f);
-    return ReadValues(values, f);
+    ReadText(texts, f);  // identifier
+    ReadText(texts, f);  // title
+    return ReadValues(texts, f);
   }
   if (mark != kSectionMark) return false;
   d.format = 0;
@@ -270,9 +284,10 @@ bool ReadData(TDBDataRecord& d, ValueScratch& values, File& f) {
   ReadInt32(f);
   ReadInt32(f);
   d.modified = ReadUInt8(f);
-  ReadString(d.title, f);
-  d.identifier = platform::NewGuidText();
-  return ReadValues(values, f);
+  ReadString(texts.text, f);
+  texts.Append(platform::NewGuidText());
+  texts.Append(texts.text);
+  return ReadValues(texts, f);
 }
 
 void WritePlace(const TDBCategoryData& p, TBaseFile& f) {
@@ -302,19 +317,19 @@ bool ReadPlace(TDBCategoryData& p, File& f) {
 // A record gets exactly one value per field: extra values go, missing ones come from the fields
 // at the indexes they lack, as for a field added to a database with records. Its block comes from
 // the store's arena.
-void TakeValues(NodeStore& store, ValueScratch& s, TDBDataRecord& d) {
+void TakeTexts(NodeStore& store, TextScratch& s, TDBDataRecord& d) {
+  constexpr size_t kLead = RecordValues::kLeadTexts;
   const size_t fields = store.fields.size();
-  if (s.ends.size() == fields) {
+  if (s.ends.size() == kLead + fields) {
     d.values.AssignPacked(s.packed, s.ends.data(), fields, &store.valueArena);
     return;
   }
   s.views.clear();
-  for (size_t i = 0, start = 0; i < s.ends.size() && i < fields; start = s.ends[i++])
-    s.views.push_back(std::string_view(s.packed).substr(start, s.ends[i] - start - 1));
+  for (size_t i = kLead; i < s.ends.size() && s.views.size() < fields; ++i) s.views.push_back(s.Text(i));
   s.defaults.clear();
   while (s.views.size() < fields)
     s.views.push_back(s.defaults.emplace_back(store.fields[s.views.size()]->type.NewRecordValue()));
-  d.values.Assign(s.views.data(), s.views.size(), &store.valueArena);
+  d.values.Assign(s.Text(0), s.Text(1), s.views.data(), s.views.size(), &store.valueArena);
 }
 
 // Inserts a loaded object and answers where it lives; a second object under an id already taken
@@ -403,11 +418,11 @@ bool ReadBodyFrom(engine::TDBManager& db, File& f) {
   }
   count = ReadInt32(f);
   if (!CountFits(f, count, kMinDataBytes)) return false;
-  ValueScratch values;
+  TextScratch texts;
   for (int32_t i = 0; i < count; ++i) {
     TDBDataRecord d;
-    if (!ReadData(d, values, f)) return false;
-    TakeValues(store, values, d);
+    if (!ReadData(d, texts, f)) return false;
+    TakeTexts(store, texts, d);
     const int32_t id = d.id;
     highestData = std::max(highestData, id);
     InsertLoaded(store.data, std::move(d), id, "data record");

@@ -91,12 +91,10 @@ TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int3
       values[static_cast<size_t>(field->position)] = std::move(value);
   }
   std::vector<std::string_view> views(values.begin(), values.end());
-  record->values.Assign(views.data(), views.size());
+  record->values.Assign(platform::NewGuidText(), title, views.data(), views.size());
   record->id = store.nextDataId++;
-  record->title = title;
   record->externalRow = externalRow;
   record->created = record->changed = platform::NowLocal();
-  record->identifier = platform::NewGuidText();
   return store.data.Insert(fresh.id, std::move(fresh));  // null: a counter behind a loaded id
 }
 

@@ -31,19 +31,23 @@ struct TDBCategoryRecord {
 
 struct TDBDataRecord {
   uint32_t tag = kObjectTag;
-  RecordValues values;  // indexed by field position
+  RecordValues values;  // indexed by field position; the block also holds identifier and title
   int32_t id = -1;
-  std::string title;
   platform::LocalTime changed{};
   platform::LocalTime created{};
   uint8_t modified = 0;
-  std::string identifier;
   uint32_t storedSize = 0;
   uint8_t format = 2;
   int32_t references = 1;
   int32_t externalRow = -1;
   bool imported = false;   // not stored
   bool temporary = false;  // not stored until a value has been set
+
+  // Both are followed by a NUL and valid until the record's texts change.
+  std::string_view Title() const { return values.Title(); }
+  std::string_view Identifier() const { return values.Identifier(); }
+  void SetTitle(std::string_view title) { values.SetTitle(title); }
+  void SetIdentifier(std::string_view identifier) { values.SetIdentifier(identifier); }
 };
 
 struct TDBCategoryData {

@@ -80,7 +80,7 @@ bool SetNodeText(NodeStore& store, int32_t cursor, const char* text, bool both) 
   if (!place->isCategory) {
     TDBDataRecord* data = DataOf(store, place);
     if (data == nullptr) return false;
-    data->title = text;
+    data->SetTitle(text);
     return true;
   }
   TDBCategoryRecord* rec = store.categories.Find(place->categoryId);

@@ -105,18 +105,12 @@ QX_QueryCache::QX_QueryCache(model::NodeStore& store, const char* text, model::T
   lastError = Parse(queryText.c_str());
   if (lastError == nullptr) predicate_ = QX_Predicate::Compile(Tree());
   if (predicate_ == nullptr) return;
-  for (const QX_Predicate::FieldUse& use : predicate_->Fields()) {
-    if (use.field == kTitleField)
-      titleBytes_ = std::max(titleBytes_, use.asText ? sizeof(std::string) + 48 : sizeof(std::string));
-    else
-      readsValues_ = true;
-  }
+  readsTexts_ = !predicate_->Fields().empty();
 }
 
 void QX_QueryCache::Prefetch(const model::TDBDataRecord& record) const {
   if (predicate_ == nullptr) return PlaceFilter::Prefetch(record);
-  if (titleBytes_ > 0) model::PrefetchBytes(&record.title, titleBytes_);
-  if (readsValues_) model::PrefetchBytes(record.values.Block(), model::RecordValues::kLeadBytes);
+  if (readsTexts_) model::PrefetchBytes(record.values.Block(), model::RecordValues::kLeadBytes);
 }
 
 // The language alone compares bytes; the system comparison holds while engine queries live.
@@ -320,7 +314,7 @@ QX_Error QX_QueryCache::GetField(QX_FieldText* textOut, int32_t index) {
       if (const model::TDBCategoryRecord* c = store.categories.Find(place->categoryId))
         textOut->text = c->name.c_str();
     } else if (record_ != nullptr) {
-      textOut->text = record_->title.c_str();
+      textOut->text = record_->Title().data();  // followed by a NUL
     }
     return nullptr;
   }

@@ -95,10 +95,8 @@ class QX_QueryCache : public QueryExpr, public model::PlaceFilter {
 
   // The filter's common shape decided without the tree; null for other shapes.
   std::unique_ptr<QX_Predicate> predicate_;
-  // What the predicate reads of a record: values, the title. A searched title is read with wide
-  // loads that reach past a short text's own line.
-  bool readsValues_ = false;
-  size_t titleBytes_ = 0;
+  // Whether the predicate reads texts of a record (values, the title), all in one block.
+  bool readsTexts_ = false;
   int32_t currentCursor = -1;
   model::NodeStore* database;
   model::TLinkResolver* links_;

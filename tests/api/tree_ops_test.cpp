@@ -183,6 +183,14 @@ TEST_F(TreeOps, SpecialAndInternalDataOfANode) {
   EXPECT_EQ(created.millisecond, 1);
   EXPECT_EQ(modified, 1);
   EXPECT_STREQ(id, "mine");
+  // An identifier longer than the host's 37 bytes comes back cut, never past the buffer.
+  const std::string longer(60, 'x');
+  ASSERT_EQ(VERDAL_SetInternalData(db, a, nullptr, nullptr, nullptr, longer.c_str()), 1);
+  char guarded[40];
+  std::memset(guarded, '#', sizeof guarded);
+  ASSERT_EQ(VERDAL_GetInternalData(db, a, nullptr, nullptr, nullptr, guarded), 1);
+  EXPECT_EQ(std::string(guarded), std::string(36, 'x'));
+  EXPECT_EQ(guarded[37], '#');
   EXPECT_EQ(VERDAL_GetInternalData(db, 999, nullptr, nullptr, nullptr, nullptr), 0);
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
 }

@@ -90,8 +90,8 @@ TEST(DatabaseBody, RoundTripKeepsTreeValuesAndCountersButNoTemporaryRecord) {
   EXPECT_EQ(order, (std::vector<int32_t>{a, b, r1, r0, r2}));
   // The temporary record's ids are not given out again.
   EXPECT_EQ(engine::AddRecord(back, -1, "n", false, nullptr, -1, nullptr), temp + 1);
-  EXPECT_EQ(back.store.data.Find(back.store.places.Find(r1)->dataId)->identifier,
-            db.store.data.Find(db.store.places.Find(r1)->dataId)->identifier);
+  EXPECT_EQ(back.store.data.Find(back.store.places.Find(r1)->dataId)->Identifier(),
+            db.store.data.Find(db.store.places.Find(r1)->dataId)->Identifier());
 }
 
 TEST(DatabaseBody, AVersionThreeFileWithOldFormRecordsIsRepairedAsItLoads) {
@@ -139,7 +139,7 @@ TEST(DatabaseBody, AVersionThreeFileWithOldFormRecordsIsRepairedAsItLoads) {
   EXPECT_EQ(texts(s.data.Find(8)->values), (std::vector<std::string>{"1.00", "2.00"}));
   EXPECT_EQ(texts(s.data.Find(9)->values), (std::vector<std::string>{"4.00", "5.00"}));  // default added
   EXPECT_EQ(s.data.Find(9)->format, 0);
-  EXPECT_EQ(s.data.Find(9)->identifier.size(), 36u);
+  EXPECT_EQ(s.data.Find(9)->Identifier().size(), 36u);
   EXPECT_EQ(s.categories.Find(5)->parentId, -1);
   EXPECT_EQ(s.places.Find(11)->node->parent, &s.MainView().root);  // the orphan category at the top
   EXPECT_EQ(s.MainView().root.FirstChild()->cursor, 11);  // equal positions: the later one first

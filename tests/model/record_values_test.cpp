@@ -26,12 +26,13 @@ using Strings = std::vector<std::string>;
 
 }  // namespace
 
-TEST(RecordValues, EditsKeepTheOtherValues) {
+TEST(RecordValues, EditsKeepTheOtherTexts) {
   RecordValues v;
   EXPECT_TRUE(v.empty());
   v.Resize(3);
   EXPECT_EQ(Texts(v), (Strings{"", "", ""}));
   v.Set(1, "Bonn");
+  v.SetTitle("Titel");
   v.Set(0, std::string(300, 'a'));
   v.PushBack("zuletzt");
   EXPECT_EQ(Texts(v), (Strings{std::string(300, 'a'), "Bonn", "", "zuletzt"}));
@@ -40,10 +41,14 @@ TEST(RecordValues, EditsKeepTheOtherValues) {
   v.Erase(7);  // past the end: nothing
   EXPECT_EQ(Texts(v), (Strings{"Bonn", "Bonn", "zuletzt"}));
   v.Resize(1);
+  v.SetIdentifier(v.Title());  // a text from the block itself
   EXPECT_EQ(Texts(v), (Strings{"Bonn"}));
-  v.Clear();
+  v.Clear();  // the values only
   EXPECT_EQ(v.size(), 0u);
-  EXPECT_EQ(v.Block(), nullptr);
+  EXPECT_EQ(v.Title(), "Titel");
+  EXPECT_EQ(v.Identifier(), "Titel");
+  EXPECT_EQ(v.Title().data()[5], '\0');
+  EXPECT_EQ(RecordValues().Title(), "");
 }
 
 // A block lent from an arena is never written: the first change, and any copy, gets a block of its
@@ -52,7 +57,7 @@ TEST(RecordValues, ArenaBlocksAreLeftAloneByChanges) {
   TextArena arena;
   const std::string_view texts[] = {"eins", "", "drei"};
   RecordValues loaded;
-  loaded.Assign(texts, 3, &arena);
+  loaded.Assign("id-1", "Titel", texts, 3, &arena);
   const void* lent = loaded.Block();
   RecordValues copy = loaded;
   EXPECT_NE(copy.Block(), lent);
@@ -60,9 +65,11 @@ TEST(RecordValues, ArenaBlocksAreLeftAloneByChanges) {
   EXPECT_NE(loaded.Block(), lent);
   EXPECT_EQ(Texts(loaded), (Strings{"eins", "zwei", "drei"}));
   EXPECT_EQ(Texts(copy), (Strings{"eins", "", "drei"}));
+  EXPECT_EQ(loaded.Title(), "Titel");
+  EXPECT_EQ(copy.Identifier(), "id-1");
 
   RecordValues other;
-  other.Assign(texts, 3, &arena);
+  other.Assign("id-2", "", texts, 3, &arena);
   RecordValues moved = std::move(other);
   EXPECT_EQ(other.size(), 0u);
   EXPECT_EQ(Texts(moved), (Strings{"eins", "", "drei"}));

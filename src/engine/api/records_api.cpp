@@ -116,7 +116,13 @@ VERDAL_API int32_t VERDAL_GetInternalData(VerdalHandle handle, int32_t cursor,
     if (created != nullptr) std::memcpy(created, &data->created, sizeof *created);
     if (changed != nullptr) std::memcpy(changed, &data->changed, sizeof *changed);
     if (modified != nullptr) *modified = data->modified;
-    if (identifier != nullptr) std::memcpy(identifier, data->identifier.c_str(), data->identifier.size() + 1);
+    if (identifier != nullptr) {
+      // The host's buffer holds 37 bytes; a longer identifier from a foreign file is cut.
+      constexpr size_t kIdentifierChars = 36;
+      const std::string_view text = data->Identifier().substr(0, kIdentifierChars);
+      std::memcpy(identifier, text.data(), text.size());
+      identifier[text.size()] = '\0';
+    }
     return 1;
   });
 }
@@ -132,7 +138,7 @@ VERDAL_API int32_t VERDAL_SetInternalData(VerdalHandle handle, int32_t cursor,
     if (created != nullptr) std::memcpy(&data->created, created, sizeof *created);
     if (changed != nullptr) std::memcpy(&data->changed, changed, sizeof *changed);
     if (modified != nullptr) data->modified = *modified;
-    if (identifier != nullptr) data->identifier = identifier;
+    if (identifier != nullptr) data->SetIdentifier(identifier);
     return 1;
   });
 }
