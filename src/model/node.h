@@ -12,27 +12,22 @@ struct TDBCategoryData;
 struct TDBNode;
 
 // The children of a node. It reads like a pointer to a vector (null for a record node) but holds
-// the vector inline: loading a large tree touches one cache line less per insert.
+// the vector inline: loading a large tree touches one cache line less per insert. A list is
+// present while its vector holds storage, which Create reserves and only reset gives back, so the
+// node needs no flag of its own for it.
 class ChildList {
  public:
-  explicit operator bool() const { return present_; }
-  std::vector<TDBNode*>* get() { return present_ ? &list_ : nullptr; }
-  const std::vector<TDBNode*>* get() const { return present_ ? &list_ : nullptr; }
+  explicit operator bool() const { return list_.capacity() != 0; }
+  std::vector<TDBNode*>* get() { return *this ? &list_ : nullptr; }
+  const std::vector<TDBNode*>* get() const { return *this ? &list_ : nullptr; }
   std::vector<TDBNode*>* operator->() { return &list_; }
   const std::vector<TDBNode*>* operator->() const { return &list_; }
   std::vector<TDBNode*>& operator*() { return list_; }
   const std::vector<TDBNode*>& operator*() const { return list_; }
-  void Create() {
-    present_ = true;
-    list_.reserve(6);
-  }
-  void reset() {
-    std::vector<TDBNode*>().swap(list_);
-    present_ = false;
-  }
+  void Create() { list_.reserve(6); }
+  void reset() { std::vector<TDBNode*>().swap(list_); }
 
  private:
-  bool present_ = false;  // first: walks test it for every node, the vector only for categories
   std::vector<TDBNode*> list_;
 };
 

@@ -30,16 +30,17 @@ struct TDBCategoryRecord {
 };
 
 struct TDBDataRecord {
-  uint32_t tag = kObjectTag;
+  // Ordered so that nothing is padded: a million records are a million of these.
   RecordValues values;  // indexed by field position; the block also holds identifier and title
+  uint32_t tag = kObjectTag;
   int32_t id = -1;
   platform::LocalTime changed{};
   platform::LocalTime created{};
-  uint8_t modified = 0;
   uint32_t storedSize = 0;
-  uint8_t format = 2;
   int32_t references = 1;
   int32_t externalRow = -1;
+  uint8_t modified = 0;
+  uint8_t format = 2;
   bool imported = false;   // not stored
   bool temporary = false;  // not stored until a value has been set
 
