@@ -8,6 +8,8 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -78,30 +80,76 @@ void Save(benchmark::State& state, const char* kind, const char* password, int c
   state.counters["MB"] = static_cast<double>(std::filesystem::file_size(name)) / 1e6;
 }
 
-// Loads a file in a fresh process and gives the growth of its peak resident memory in bytes: in
-// this process freed memory of earlier steps would be reused and hide the peak.
-double PeakOfLoadInFreshProcess(const std::string& name, const char* password) {
-  std::string command = "/proc/" + std::to_string(getpid()) + "/exe --peak-load '" + name + "' '" +
+// A load is mostly what a host does once, early in its process, when no freed memory of earlier
+// steps is at hand to be reused: every page it fills is new. Each such step therefore also runs
+// in a fresh process of this program (--child), which prints its time and the growth of its
+// peak resident memory.
+enum class ChildStep { kLoad, kRawRead, kSqliteLoad };
+
+struct ChildResult {
+  double seconds = -1;
+  double peakBytes = -1;
+};
+
+ChildResult RunInFreshProcess(ChildStep step, const std::string& name, const char* password) {
+  std::string command = "/proc/" + std::to_string(getpid()) + "/exe --child " +
+                        std::to_string(static_cast<int>(step)) + " '" + name + "' '" +
                         (password != nullptr ? password : "") + "'";
+  ChildResult result;
   FILE* out = popen(command.c_str(), "r");
-  if (out == nullptr) return -1;
-  double peak = -1;
-  if (std::fscanf(out, "%lf", &peak) != 1) peak = -1;
+  if (out == nullptr) return result;
+  if (std::fscanf(out, "%lf %lf", &result.seconds, &result.peakBytes) != 2) result = ChildResult{};
   pclose(out);
-  return peak;
+  return result;
 }
 
-int PeakLoadMain(const char* name, const char* password) {
+double SqliteLoadSeconds(const std::string& name);
+
+int ChildMain(int step, const char* name, const char* password) {
   long before = StatusKb("VmRSS:");
-  VerdalHandle db = VERDAL_OpenDB(name, *password != '\0' ? password : nullptr, 1, 0, nullptr, 3, 1, 0);
-  std::printf("%f\n", db != 0 ? (StatusKb("VmHWM:") - before) * 1024.0 : -1.0);
+  auto start = Clock::now();
+  bool ok = true;
+  if (step == static_cast<int>(ChildStep::kLoad)) {
+    ok = VERDAL_OpenDB(name, *password != '\0' ? password : nullptr, 1, 0, nullptr, 3, 1, 0) != 0;
+  } else if (step == static_cast<int>(ChildStep::kRawRead)) {
+    const size_t size = std::filesystem::file_size(name);
+    char* bytes = static_cast<char*>(std::malloc(size));
+    int fd = ::open(name, O_RDONLY);
+    ok = bytes != nullptr && ::read(fd, bytes, size) == static_cast<ssize_t>(size);
+    ::close(fd);
+    benchmark::DoNotOptimize(bytes);
+  } else {
+#if VERDAL_HAVE_SQLITE
+    SqliteLoadSeconds(name);
+#else
+    ok = false;
+#endif
+  }
+  double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+  std::printf("%f %f\n", ok ? seconds : -1.0, ok ? (StatusKb("VmHWM:") - before) * 1024.0 : -1.0);
   std::fflush(stdout);
   _exit(0);  // no need to free a gigabyte of records one by one
 }
 
+// The best of three fresh processes.
+void Fresh(benchmark::State& state, const std::string& key, ChildStep step, const std::string& name,
+           const char* password) {
+  for (auto _ : state) {
+    for (int run = 0; run < 3; ++run) {
+      ChildResult r = RunInFreshProcess(step, name, password);
+      if (r.seconds < 0) {
+        state.SkipWithError("step failed in a fresh process");
+        return;
+      }
+      if (!g_seconds.count(key) || r.seconds < g_seconds[key]) g_seconds[key] = r.seconds;
+      if (step == ChildStep::kLoad) g_peakBytes[key] = r.peakBytes / static_cast<double>(std::filesystem::file_size(name));
+    }
+    state.SetIterationTime(g_seconds[key]);
+  }
+}
+
 void Load(benchmark::State& state, const char* kind, const char* password) {
   std::string name = FileFor(kind);
-  double bytes = static_cast<double>(std::filesystem::file_size(name));
   std::string key = std::string("load ") + kind;
   for (auto _ : state) {
     auto start = Clock::now();
@@ -114,11 +162,15 @@ void Load(benchmark::State& state, const char* kind, const char* password) {
     VERDAL_CloseDB(db);
     state.ResumeTiming();
   }
-  g_peakBytes[key] = PeakOfLoadInFreshProcess(name, password) / bytes;
+  g_peakBytes[key] = RunInFreshProcess(ChildStep::kLoad, name, password).peakBytes /
+                     static_cast<double>(std::filesystem::file_size(name));
 }
 
 void BM_SavePlain(benchmark::State& s) { Save(s, "plain", "", 0); }
 void BM_LoadPlain(benchmark::State& s) { Load(s, "plain", nullptr); }
+void BM_LoadPlainFresh(benchmark::State& s) {
+  Fresh(s, "load plain, fresh process", ChildStep::kLoad, FileFor("plain"), nullptr);
+}
 void BM_SaveCompressed(benchmark::State& s) { Save(s, "compressed", "", 1); }
 void BM_LoadCompressed(benchmark::State& s) { Load(s, "compressed", nullptr); }
 void BM_SaveEnciphered(benchmark::State& s) { Save(s, "enciphered", "geheim", 0); }
@@ -148,6 +200,11 @@ void BM_RawRead(benchmark::State& state) {
     ::close(fd);
     benchmark::DoNotOptimize(bytes.data());
   });
+}
+
+// The same read into memory new to a fresh process, as a load has it.
+void BM_RawReadFresh(benchmark::State& state) {
+  Fresh(state, "raw read, fresh process", ChildStep::kRawRead, FileFor("plain"), nullptr);
 }
 
 #if VERDAL_HAVE_SQLITE
@@ -196,28 +253,36 @@ void BM_SqliteSave(benchmark::State& state) {
   });
 }
 
+double SqliteLoadSeconds(const std::string& name) {
+  auto start = Clock::now();
+  sqlite3* s = nullptr;
+  sqlite3_open_v2(name.c_str(), &s, SQLITE_OPEN_READONLY, nullptr);
+  std::vector<std::vector<std::string>> rows;
+  rows.reserve(kRecords);
+  sqlite3_stmt* q = nullptr;
+  sqlite3_prepare_v2(s, "SELECT * FROM records", -1, &q, nullptr);
+  while (sqlite3_step(q) == SQLITE_ROW) {
+    std::vector<std::string> row;
+    row.reserve(12);
+    for (int i = 0; i < 12; ++i) {
+      const unsigned char* t = sqlite3_column_text(q, i);
+      row.emplace_back(t != nullptr ? reinterpret_cast<const char*>(t) : "");
+    }
+    rows.push_back(std::move(row));
+  }
+  sqlite3_finalize(q);
+  sqlite3_close(s);
+  benchmark::DoNotOptimize(rows.data());
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
 void BM_SqliteLoad(benchmark::State& state) {
   std::string name = Folder() + "/peer.sqlite";
-  Timed(state, "sqlite load", [&] {
-    sqlite3* s = nullptr;
-    sqlite3_open_v2(name.c_str(), &s, SQLITE_OPEN_READONLY, nullptr);
-    std::vector<std::vector<std::string>> rows;
-    rows.reserve(kRecords);
-    sqlite3_stmt* q = nullptr;
-    sqlite3_prepare_v2(s, "SELECT * FROM records", -1, &q, nullptr);
-    while (sqlite3_step(q) == SQLITE_ROW) {
-      std::vector<std::string> row;
-      row.reserve(12);
-      for (int i = 0; i < 12; ++i) {
-        const unsigned char* t = sqlite3_column_text(q, i);
-        row.emplace_back(t != nullptr ? reinterpret_cast<const char*>(t) : "");
-      }
-      rows.push_back(std::move(row));
-    }
-    sqlite3_finalize(q);
-    sqlite3_close(s);
-    benchmark::DoNotOptimize(rows.data());
-  });
+  Timed(state, "sqlite load", [&] { SqliteLoadSeconds(name); });
+}
+
+void BM_SqliteLoadFresh(benchmark::State& state) {
+  Fresh(state, "sqlite load, fresh process", ChildStep::kSqliteLoad, Folder() + "/peer.sqlite", nullptr);
 }
 #endif
 
@@ -225,9 +290,12 @@ BENCHMARK(BM_SavePlain)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterati
 BENCHMARK(BM_RawWrite)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_LoadPlain)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_RawRead)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_LoadPlainFresh)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK(BM_RawReadFresh)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 #if VERDAL_HAVE_SQLITE
 BENCHMARK(BM_SqliteSave)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_SqliteLoad)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_SqliteLoadFresh)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 #endif
 BENCHMARK(BM_SaveCompressed)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK(BM_LoadCompressed)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
@@ -245,7 +313,7 @@ void Ratio(const char* what, const char* ours, const char* peer) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 4 && std::string(argv[1]) == "--peak-load") return PeakLoadMain(argv[2], argv[3]);
+  if (argc == 5 && std::string(argv[1]) == "--child") return ChildMain(std::atoi(argv[2]), argv[3], argv[4]);
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
   std::printf("\nRatios (our time / peer time, best of the runs):\n");
@@ -253,6 +321,10 @@ int main(int argc, char** argv) {
   Ratio("plain load / raw read", "load plain", "raw read");
   Ratio("plain save / SQLite save", "save plain", "sqlite save");
   Ratio("plain load / SQLite load", "load plain", "sqlite load");
+  std::printf("\nThe same in fresh processes (best of three), as a host's first load:\n");
+  Ratio("plain load / raw read", "load plain, fresh process", "raw read, fresh process");
+  Ratio("plain load / warm raw read", "load plain, fresh process", "raw read");
+  Ratio("plain load / SQLite load", "load plain, fresh process", "sqlite load, fresh process");
   std::printf("\nPeak resident memory of a load in a fresh process, per byte of file:\n");
   for (const auto& [step, perByte] : g_peakBytes) std::printf("%-28s %6.1f\n", step.c_str(), perByte);
   std::filesystem::remove_all(Folder());

@@ -41,6 +41,7 @@ bool TDBNodeManagerItem::TakePadding(size_t slots) {
 }
 
 void TDBNodeManagerItem::Compact(bool setPositions) {
+  root.depth = -1;
   std::vector<TDBNode*> pending{&root};
   while (!pending.empty()) {
     TDBNode* n = pending.back();
@@ -55,8 +56,9 @@ void TDBNodeManagerItem::Compact(bool setPositions) {
       TDBNode* c = kids[i];
       c->previous = i > 0 ? kids[i - 1] : nullptr;
       c->next = i + 1 < kids.size() ? kids[i + 1] : nullptr;
+      c->depth = n->depth + 1;
       if (setPositions && c->place != nullptr) c->place->position = static_cast<int32_t>(i);
-      pending.push_back(c);
+      if (c->children) pending.push_back(c);
     }
   }
   if (padBudget < kBasePadding) padBudget = kBasePadding;
@@ -139,9 +141,8 @@ void TDBNodeManagerItem::SetDepths() {
 }
 
 void TDBNodeManagerItem::Renumber(bool setPositions) {
-  Compact(setPositions);
+  Compact(setPositions);  // which also sets the depths
   Number();
-  SetDepths();
 }
 
 void TDBNodeManagerItem::Clear() {

@@ -34,8 +34,8 @@ struct TDBNodeManagerItem {
   bool TakePadding(size_t slots);
   void AllowPadding(size_t places) { padBudget = places + kBasePadding; }
 
-  // Removes null slots and relinks siblings; with setPositions, each child's index becomes the
-  // position of its place.
+  // Removes null slots, relinks siblings and sets depths; with setPositions, each child's index
+  // becomes the position of its place.
   void Compact(bool setPositions);
   // Numbers the visible nodes depth-first from counters at -1, dropping removed nodes.
   void Number();
@@ -46,7 +46,7 @@ struct TDBNodeManagerItem {
   // Renews the numbers after changes; they then equal those of Number().
   void EnsureNumbered();
   void SetDepths();
-  // Compaction, numbering and depths.
+  // Compaction (with depths) and numbering.
   void Renumber(bool setPositions);
   // Drops the whole tree; the view itself stays.
   void Clear();
