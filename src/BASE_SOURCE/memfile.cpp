@@ -34,7 +34,7 @@ int32_t TMemFile::Seek(int32_t position) {
   return position;
 }
 
-int32_t TMemFile::Write(const void* buffer, int32_t count) {
+int32_t TMemFile::WriteGrowing(const void* buffer, int32_t count) {
   if (count < 0 || !mapped_) throw TMemFileReadWriteException();
   if (count == 0) return 0;
   const int64_t end = int64_t{position_} + count;

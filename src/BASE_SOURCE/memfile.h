@@ -46,8 +46,15 @@ class TMemFile final : public TBaseFile {
     return at;
   }
   // Overwrites in place inside the written range; past it raises the length, growing the block by
-  // at least growStep when the capacity runs out. New bytes of a grown block are zero.
-  int32_t Write(const void* buffer, int32_t count) override;
+  // at least growStep when the capacity runs out. New bytes of a grown block are zero. Inline while
+  // the block has room, as it has for nearly every value of a save.
+  int32_t Write(const void* buffer, int32_t count) override {
+    if (count < 0 || !mapped_ || count > capacity_ - position_) return WriteGrowing(buffer, count);
+    std::memcpy(data_ + position_, buffer, static_cast<size_t>(count));
+    position_ += count;
+    if (position_ > length_) length_ = position_;
+    return count;
+  }
   bool IsOpen() override { return mapped_; }
   // Sets the length; the position follows if it lies behind. Must not exceed Capacity().
   bool SetLength(int32_t length) override;
@@ -65,6 +72,7 @@ class TMemFile final : public TBaseFile {
 
  private:
   bool Usable() const { return valid_ && mapped_; }
+  int32_t WriteGrowing(const void* buffer, int32_t count);
 
   bool valid_ = false;   // the block was obtained and nothing failed since
   bool mapped_ = false;  // the block is reachable through data_

@@ -25,21 +25,6 @@
 
 namespace verdal {
 
-// Writes the text up to its first NUL, so a string never carries a NUL into a stream.
-void WriteString(const std::string& text, TBaseFile& file);
-void WriteString(const char* text, TBaseFile& file);
-
-void WriteBool(bool value, TBaseFile& file);
-void WriteUInt8(uint8_t value, TBaseFile& file);
-void WriteInt16(int16_t value, TBaseFile& file);
-void WriteUInt16(uint16_t value, TBaseFile& file);
-void WriteInt32(int32_t value, TBaseFile& file);
-void WriteUInt32(uint32_t value, TBaseFile& file);
-void WriteDouble(double value, TBaseFile& file);
-void WriteExtended(long double value, TBaseFile& file);
-// Writes all `size` bytes of a fixed-size character array.
-void WriteChars(const char* chars, int32_t size, TBaseFile& file);
-
 // The 10-byte form of an extended value and back.
 constexpr size_t kExtendedSize = 10;
 void EncodeExtended(long double value, uint8_t out[kExtendedSize]);
@@ -66,6 +51,38 @@ T ReadRaw(File& file) {
 }
 
 }  // namespace stream_detail
+
+// The writers, like the readers, take any stream type, so that a save into memory (a TMemFile)
+// pays no call per value.
+namespace stream_detail {
+
+template <typename T, class File>
+void WriteRaw(T value, File& file) {
+  file.Write(&value, sizeof value);
+}
+
+}  // namespace stream_detail
+
+template <class File> void WriteBool(bool value, File& file) { stream_detail::WriteRaw<uint8_t>(value ? 1 : 0, file); }
+template <class File> void WriteUInt8(uint8_t value, File& file) { stream_detail::WriteRaw(value, file); }
+template <class File> void WriteInt16(int16_t value, File& file) { stream_detail::WriteRaw(value, file); }
+template <class File> void WriteUInt16(uint16_t value, File& file) { stream_detail::WriteRaw(value, file); }
+template <class File> void WriteInt32(int32_t value, File& file) { stream_detail::WriteRaw(value, file); }
+template <class File> void WriteUInt32(uint32_t value, File& file) { stream_detail::WriteRaw(value, file); }
+template <class File> void WriteDouble(double value, File& file) { stream_detail::WriteRaw(value, file); }
+
+template <class File>
+void WriteExtended(long double value, File& file) {
+  uint8_t bytes[kExtendedSize];
+  EncodeExtended(value, bytes);
+  file.Write(bytes, kExtendedSize);
+}
+
+// Writes all `size` bytes of a fixed-size character array.
+template <class File>
+void WriteChars(const char* chars, int32_t size, File& file) {
+  file.Write(chars, size);
+}
 
 // A flag reads as true for any non-zero byte.
 template <class File> bool ReadBool(File& file) { return stream_detail::ReadRaw<uint8_t>(file) != 0; }
@@ -101,6 +118,21 @@ inline size_t LengthBeforeNul(const char* text, size_t count) {
   for (; i < count; ++i)
     if (text[i] == '\0') return i;
   return count;
+}
+
+// Writes the text up to its first NUL, so a string never carries a NUL into a stream.
+template <class File>
+void WriteString(std::string_view text, File& file) {
+  const size_t count = LengthBeforeNul(text.data(), text.size());
+  if (count > INT32_MAX - sizeof(uint32_t)) throw TReadWriteException();
+  WriteUInt32(static_cast<uint32_t>(count), file);
+  if (count > 0) file.Write(text.data(), static_cast<int32_t>(count));
+}
+
+// A null text is written as an empty one.
+template <class File>
+void WriteString(const char* text, File& file) {
+  WriteString(text != nullptr ? std::string_view(text) : std::string_view(), file);
 }
 
 // Reads a string as ReadString does, but lends its text from the stream's own memory instead of

@@ -43,7 +43,8 @@ bool CountFits(File& f, int64_t count, int64_t minBytes) {
 }
 
 // A local time is eight little-endian 16-bit values, moved as one block of 16 bytes.
-void WriteTime(const platform::LocalTime& t, TBaseFile& f) {
+template <class File>
+void WriteTime(const platform::LocalTime& t, File& f) {
   uint8_t bytes[16];
   const uint16_t values[8] = {t.year, t.month, t.dayOfWeek, t.day, t.hour, t.minute, t.second, t.millisecond};
   for (int i = 0; i < 8; ++i) {
@@ -63,8 +64,8 @@ platform::LocalTime ReadTime(File& f) {
 }
 
 // Writes a count of 0, lets write() put the objects and count them, then patches the count.
-template <class Write>
-void CountedSection(TBaseFile& f, Write&& write) {
+template <class File, class Write>
+void CountedSection(File& f, Write&& write) {
   int32_t countAt = f.Tell();
   WriteInt32(0, f);
   int32_t count = write();
@@ -166,7 +167,8 @@ bool ReadField(TDBFieldInfo& field, File& f) {
   return true;
 }
 
-void WriteCategory(const TDBCategoryRecord& c, TBaseFile& f) {
+template <class File>
+void WriteCategory(const TDBCategoryRecord& c, File& f) {
   WriteUInt32(kSectionMark, f);
   WriteInt32(c.id, f);
   WriteInt32(c.parentId, f);
@@ -188,7 +190,8 @@ bool ReadCategory(TDBCategoryRecord& c, File& f) {
   return true;
 }
 
-void WriteData(TDBDataRecord& d, TBaseFile& f) {
+template <class File>
+void WriteData(TDBDataRecord& d, File& f) {
   WriteUInt32(kDataRecordMark, f);
   d.format = 2;
   WriteUInt8(d.format, f);
@@ -199,10 +202,10 @@ void WriteData(TDBDataRecord& d, TBaseFile& f) {
   WriteTime(d.changed, f);
   WriteTime(d.created, f);
   WriteUInt8(d.modified, f);
-  WriteString(d.Identifier().data(), f);
-  WriteString(d.Title().data(), f);
+  WriteString(d.Identifier(), f);
+  WriteString(d.Title(), f);
   WriteInt32(static_cast<int32_t>(d.values.size()), f);
-  for (size_t i = 0; i < d.values.size(); ++i) WriteString(d.values[i].data(), f);
+  for (size_t i = 0; i < d.values.size(); ++i) WriteString(d.values[i], f);
   int32_t end = f.Tell();
   d.storedSize = static_cast<uint32_t>(end - sizeAt);
   f.Seek(sizeAt);
@@ -290,7 +293,8 @@ bool ReadData(TDBDataRecord& d, TextScratch& texts, File& f) {
   return ReadValues(texts, f);
 }
 
-void WritePlace(const TDBCategoryData& p, TBaseFile& f) {
+template <class File>
+void WritePlace(const TDBCategoryData& p, File& f) {
   WriteUInt32(kSectionMark, f);
   WriteInt32(p.cursor, f);
   WriteInt32(p.categoryId, f);
@@ -341,9 +345,8 @@ T* InsertLoaded(TDBIdMap<T>& map, T&& object, int32_t id, const char* what) {
   return stored;
 }
 
-}  // namespace
-
-bool WriteBody(engine::TDBManager& db, TBaseFile& f) {
+template <class File>
+bool WriteBodyTo(engine::TDBManager& db, File& f) {
   NodeStore& store = db.store;
   // Tree order travels in the places' positions; inserts since the last compaction left them
   // behind the tree.
@@ -384,8 +387,6 @@ bool WriteBody(engine::TDBManager& db, TBaseFile& f) {
   WriteUInt32(kSectionMark, f);
   return true;
 }
-
-namespace {
 
 template <class File>
 bool ReadBodyFrom(engine::TDBManager& db, File& f) {
@@ -463,6 +464,12 @@ bool ReadBodyFrom(engine::TDBManager& db, File& f) {
 }
 
 }  // namespace
+
+// A save into memory, as nearly every save is, writes with the memory stream's inline writes.
+bool WriteBody(engine::TDBManager& db, TBaseFile& f) {
+  if (auto* memory = dynamic_cast<TMemFile*>(&f)) return WriteBodyTo(db, *memory);
+  return WriteBodyTo(db, f);
+}
 
 // A body in memory or streaming through a window, as every load has it, is read with inline reads.
 bool ReadBody(engine::TDBManager& db, TBaseFile& f) {
