@@ -15,8 +15,8 @@
 
 namespace verdal {
 
-// Final, with its reads inline: readers that know they hold one (loading a database) pay no call
-// per value.
+// Final, with its reads and writes inline: code that knows it holds one (loading or saving a
+// database) pays no call per value.
 class TMemFile final : public TBaseFile {
  public:
   // growStep 2,000,000 is what a save uses. A size that cannot be allocated leaves the file
@@ -66,8 +66,6 @@ class TMemFile final : public TBaseFile {
   // The written bytes [0, GetLength()), for handing the whole stream to a compressor or cipher;
   // null after Close. Valid until the next Write or Close.
   const uint8_t* Data() const { return mapped_ ? data_ : nullptr; }
-  // The same for filling [0, GetLength()) in place, from a file say, after SetLength.
-  uint8_t* MutableData() { return mapped_ ? data_ : nullptr; }
   int32_t Capacity() const { return capacity_; }
 
  private:
