@@ -319,21 +319,16 @@ bool ReadPlace(TDBCategoryData& p, File& f) {
 }
 
 // A record gets exactly one value per field: extra values go, missing ones come from the fields
-// at the indexes they lack, as for a field added to a database with records. Its block comes from
-// the store's arena.
+// at the indexes they lack, as for a field added to a database with records.
 void TakeTexts(NodeStore& store, TextScratch& s, TDBDataRecord& d) {
   constexpr size_t kLead = RecordValues::kLeadTexts;
   const size_t fields = store.fields.size();
-  if (s.ends.size() == kLead + fields) {
-    d.values.AssignPacked(s.packed, s.ends.data(), fields, &store.valueArena);
-    return;
-  }
   s.views.clear();
   for (size_t i = kLead; i < s.ends.size() && s.views.size() < fields; ++i) s.views.push_back(s.Text(i));
   s.defaults.clear();
   while (s.views.size() < fields)
     s.views.push_back(s.defaults.emplace_back(store.fields[s.views.size()]->type.NewRecordValue()));
-  d.values.Assign(s.Text(0), s.Text(1), s.views.data(), s.views.size(), &store.valueArena);
+  d.values.Assign(s.Text(0), s.Text(1), s.views.data(), s.views.size());
 }
 
 // Inserts a loaded object and answers where it lives; a second object under an id already taken

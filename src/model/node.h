@@ -14,10 +14,10 @@ struct TDBNode;
 // The children of a node. It reads like a pointer to a vector (null for a record node) but holds
 // the vector inline: loading a large tree touches one cache line less per insert. A list is
 // present while its vector holds storage, which Create reserves and only reset gives back, so the
-// node needs no flag of its own for it.
+// node needs no flag of its own for it: the test reads the vector's first word.
 class ChildList {
  public:
-  explicit operator bool() const { return list_.capacity() != 0; }
+  explicit operator bool() const { return list_.data() != nullptr; }
   std::vector<TDBNode*>* get() { return *this ? &list_ : nullptr; }
   const std::vector<TDBNode*>* get() const { return *this ? &list_ : nullptr; }
   std::vector<TDBNode*>* operator->() { return &list_; }

@@ -250,7 +250,6 @@ void ClearStore(NodeStore& store, bool keepDefinitions) {
   if (!keepDefinitions) store.fields.clear();
   store.categories.Clear();
   store.data.Clear();
-  store.valueArena.Clear();
   store.places.Clear();
   for (auto& view : store.views) view->Clear();
 }

@@ -11,7 +11,6 @@
 #include "model/field_info.h"
 #include "model/id_map.h"
 #include "model/records.h"
-#include "model/text_arena.h"
 #include "model/view.h"
 
 namespace verdal::model {
@@ -21,9 +20,6 @@ class NodeStore {
   explicit NodeStore(int32_t sizeClass);
 
   int32_t sizeClass;
-  // The blocks of loaded records' values; a record that changes a value leaves its block here
-  // until the store is cleared.
-  TextArena valueArena;
   TDBIdMap<TDBCategoryRecord> categories;
   TDBIdMap<TDBDataRecord> data;
   TDBIdMap<TDBCategoryData> places;

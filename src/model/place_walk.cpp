@@ -52,11 +52,11 @@ void WalkBelow(TDBNode* start, Visit&& visit, bool readsRecords, Warm&& warm) {
       return following != nullptr && i - kids.size() < following->size() ? (*following)[i - kids.size()] : nullptr;
     };
     // Only the leading members that a walk reads, which may still straddle two cache lines.
-    if (const TDBNode* n = at(kFarthest)) PrefetchBytes(n, offsetof(TDBNode, children) + sizeof(bool));
-    if (const TDBNode* n = at(16); n != nullptr && n->place != nullptr)
+    if (const TDBNode* n = at(kFarthest)) PrefetchBytes(n, offsetof(TDBNode, children) + sizeof(void*));
+    if (const TDBNode* n = at(18); n != nullptr && n->place != nullptr)
       PrefetchBytes(&n->place->cursor, offsetof(TDBCategoryData, imported) - offsetof(TDBCategoryData, cursor));
     if (readsRecords) {
-      if (const TDBNode* n = at(10); n != nullptr && n->place != nullptr) __builtin_prefetch(n->place->data);
+      if (const TDBNode* n = at(11); n != nullptr && n->place != nullptr) __builtin_prefetch(n->place->data);
       if (const TDBNode* n = at(5); n != nullptr && n->place != nullptr && n->place->data != nullptr)
         warm(*n->place->data);
     }
@@ -69,7 +69,7 @@ void WalkBelow(TDBNode* start, Visit&& visit, bool readsRecords, Warm&& warm) {
 }  // namespace
 
 void PlaceFilter::Prefetch(const TDBDataRecord& record) const {
-  PrefetchBytes(record.values.Block(), RecordValues::kLeadBytes);
+  PrefetchBytes(record.values.SlotOfTitle(), 4 * RecordValues::kSlotBytes);
 }
 
 void CollectPlaces(NodeStore& /*store*/, TDBNode* start, std::vector<int32_t>& list, int32_t kinds,
@@ -111,7 +111,10 @@ int32_t FindByValue(NodeStore& store, int32_t fieldIndex, const char* value, boo
       }
     }
     return found < 0;
-  }, true, [](const TDBDataRecord& record) { PrefetchBytes(record.values.Block(), RecordValues::kLeadBytes); });
+  }, true, [position = store.fields[static_cast<size_t>(fieldIndex)]->position](const TDBDataRecord& record) {
+    if (position >= 0 && static_cast<size_t>(position) < record.values.size())
+      __builtin_prefetch(record.values.SlotOfValue(static_cast<size_t>(position)));
+  });
   return found;
 }
 

@@ -17,8 +17,9 @@ class PlaceFilter {
   virtual ~PlaceFilter() = default;
   virtual bool Accepts(const TDBCategoryData& place) = 0;
   // Asks for what Accepts will read of a record some nodes before it comes: records lie
-  // anywhere in memory, and a walk that waits for each in turn is many times slower. By
-  // default, all values.
+  // anywhere in memory, and a walk that waits for each in turn is many times slower. That is the
+  // slots of the texts to be read, which hold texts of usual length themselves; longer texts are
+  // left to come when read. By default, the slots of the title and the first values.
   virtual void Prefetch(const TDBDataRecord& record) const;
 };
 

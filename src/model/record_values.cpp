@@ -6,17 +6,8 @@
 #include <stdexcept>
 #include <vector>
 
-#include "model/text_arena.h"
 
 namespace verdal::model {
-
-namespace {
-
-uint32_t* NewBlock(size_t bytes, TextArena* arena) {
-  return static_cast<uint32_t*>(arena != nullptr ? arena->Allocate(bytes) : ::operator new(bytes));
-}
-
-}  // namespace
 
 RecordValues::RecordValues(const RecordValues& other) {
   if (other.block_ != nullptr)
@@ -37,21 +28,22 @@ RecordValues& RecordValues::operator=(RecordValues&& other) noexcept {
   if (this != &other) {
     Release();
     block_ = other.block_;
-    owned_ = other.owned_;
+    count_ = other.count_;
     other.block_ = nullptr;
+    other.count_ = 0;
   }
   return *this;
 }
 
 void RecordValues::Release() {
-  if (owned_ && block_ != nullptr) ::operator delete(block_);
+  ::operator delete(block_);
   block_ = nullptr;
-  owned_ = true;
+  count_ = 0;
 }
 
 template <class From>
 void RecordValues::Rebuild(std::string_view identifier, std::string_view title, size_t count,
-                           From&& from, TextArena* arena) {
+                           From&& from) {
   const size_t texts = kLeadTexts + count;
   // Records have tens of fields, rarely more: their views fit on the stack.
   constexpr size_t kOnStack = 64;
@@ -66,46 +58,42 @@ void RecordValues::Rebuild(std::string_view identifier, std::string_view title, 
   views[1] = title;
   for (size_t i = 0; i < count; ++i) views[kLeadTexts + i] = from(i);
 
-  // Every end must fit a 32-bit word; the sum is checked before anything is allocated.
-  constexpr uint64_t kMaxTexts = std::numeric_limits<uint32_t>::max();
-  uint64_t textBytes = 0;
-  for (size_t t = 0; t < texts; ++t) textBytes += uint64_t{views[t].size()} + 1;
-  if (textBytes > kMaxTexts) throw std::length_error("record texts exceed 4 GiB");
-  uint32_t* block = NewBlock((1 + texts) * sizeof(uint32_t) + static_cast<size_t>(textBytes), arena);
-  block[0] = static_cast<uint32_t>(count);
-  char* out = reinterpret_cast<char*>(block + 1 + texts);
-  uint32_t end = 0;
+  // Offsets and lengths in the tail are 32-bit; the sizes are checked before anything is allocated.
+  constexpr uint64_t kMax = std::numeric_limits<uint32_t>::max();
+  uint64_t tailBytes = 0;
+  for (size_t t = 0; t < texts; ++t)
+    if (views[t].size() > kShortest) tailBytes += uint64_t{views[t].size()} + 1;
+  if (tailBytes > kMax || texts > kMax) throw std::length_error("record texts exceed 4 GiB");
+  const size_t slotBytes = texts * kSlotBytes;
+  const size_t total = slotBytes + static_cast<size_t>(tailBytes);
+  auto* block = static_cast<uint8_t*>(::operator new(total));
+  char* tail = reinterpret_cast<char*>(block + slotBytes);
+  uint32_t used = 0;
   for (size_t t = 0; t < texts; ++t) {
-    const size_t n = views[t].size();
-    if (n > 0) std::memcpy(out + end, views[t].data(), n);
-    out[end + n] = '\0';
-    end += static_cast<uint32_t>(n + 1);
-    block[1 + t] = end;
+    uint8_t* slot = block + t * kSlotBytes;
+    const std::string_view text = views[t];
+    if (text.size() <= kShortest) {
+      slot[0] = static_cast<uint8_t>(text.size());
+      if (!text.empty()) std::memcpy(slot + 1, text.data(), text.size());
+      slot[1 + text.size()] = '\0';
+      continue;
+    }
+    const uint32_t where[2] = {used, static_cast<uint32_t>(text.size())};
+    slot[0] = kLong;
+    std::memcpy(slot + 4, where, sizeof where);
+    std::memcpy(tail + used, text.data(), text.size());
+    tail[used + text.size()] = '\0';
+    used += static_cast<uint32_t>(text.size() + 1);
   }
   // The old block goes only now: the texts may have come from it.
   Release();
   block_ = block;
-  owned_ = arena == nullptr;
+  count_ = static_cast<uint32_t>(count);
 }
 
 void RecordValues::Assign(std::string_view identifier, std::string_view title,
-                          const std::string_view* values, size_t count, TextArena* arena) {
-  Rebuild(identifier, title, count, [&](size_t i) { return values[i]; }, arena);
-}
-
-void RecordValues::AssignPacked(std::string_view texts, const uint32_t* ends, size_t count,
-                                TextArena* arena) {
-  const size_t all = kLeadTexts + count;
-  const size_t textBytes = ends[all - 1];
-  if (textBytes > texts.size() || count > std::numeric_limits<uint32_t>::max())
-    throw std::length_error("record texts do not match their ends");
-  uint32_t* block = NewBlock((1 + all) * sizeof(uint32_t) + textBytes, arena);
-  block[0] = static_cast<uint32_t>(count);
-  std::memcpy(block + 1, ends, all * sizeof(uint32_t));
-  std::memcpy(block + 1 + all, texts.data(), textBytes);
-  Release();
-  block_ = block;
-  owned_ = arena == nullptr;
+                          const std::string_view* values, size_t count) {
+  Rebuild(identifier, title, count, [&](size_t i) { return values[i]; });
 }
 
 void RecordValues::Set(size_t i, std::string_view value) {

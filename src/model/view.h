@@ -2,11 +2,11 @@
 // One view over a database's places: a tree of nodes with its own expanded flags and numbering.
 // View 0 is the main tree; further views are looked up by name.
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <unordered_map>
 
 #include "model/node.h"
-#include "model/node_pool.h"
 
 namespace verdal::model {
 
@@ -23,7 +23,9 @@ struct TDBNodeManagerItem {
   // Finds the node of a category of this view in one step; holds category nodes only.
   std::unordered_map<int32_t, TDBNode*> categoryTree;
   TDBNode root;
-  NodePool nodes;  // every node ever made in this view; stable addresses
+  // Every node ever made in this view; stable addresses. A deque takes memory in small blocks as
+  // nodes come, so that a node lies near the place and record made with it.
+  std::deque<TDBNode> nodes;
 
   TDBNode* MakeNode(int32_t cursor, int32_t categoryId, bool isCategory, bool expanded);
   TDBNode* FindCategory(int32_t categoryId) const;

@@ -105,12 +105,28 @@ QX_QueryCache::QX_QueryCache(model::NodeStore& store, const char* text, model::T
   lastError = Parse(queryText.c_str());
   if (lastError == nullptr) predicate_ = QX_Predicate::Compile(Tree());
   if (predicate_ == nullptr) return;
-  readsTexts_ = !predicate_->Fields().empty();
+  for (const QX_Predicate::FieldUse& use : predicate_->Fields()) {
+    // A searched text is read with wide loads that reach 64 bytes past its start in the slot.
+    const size_t bytes = use.asText ? 1 + 64 : 1;
+    const size_t index = static_cast<size_t>(use.field);
+    if (use.field == kTitleField) {
+      reads_.push_back({kTitlePosition, bytes});
+    } else if (use.field >= 0 && index < store.fields.size() && store.fields[index] != nullptr &&
+               store.fields[index]->position >= 0) {
+      reads_.push_back({static_cast<size_t>(store.fields[index]->position), bytes});
+    }
+  }
 }
 
 void QX_QueryCache::Prefetch(const model::TDBDataRecord& record) const {
   if (predicate_ == nullptr) return PlaceFilter::Prefetch(record);
-  if (readsTexts_) model::PrefetchBytes(record.values.Block(), model::RecordValues::kLeadBytes);
+  if (record.values.SlotOfTitle() == nullptr) return;
+  for (const Read& read : reads_) {
+    if (read.position == kTitlePosition)
+      model::PrefetchBytes(record.values.SlotOfTitle(), read.bytes);
+    else if (read.position < record.values.size())
+      model::PrefetchBytes(record.values.SlotOfValue(read.position), read.bytes);
+  }
 }
 
 // The language alone compares bytes; the system comparison holds while engine queries live.

@@ -95,8 +95,14 @@ class QX_QueryCache : public QueryExpr, public model::PlaceFilter {
 
   // The filter's common shape decided without the tree; null for other shapes.
   std::unique_ptr<QX_Predicate> predicate_;
-  // Whether the predicate reads texts of a record (values, the title), all in one block.
-  bool readsTexts_ = false;
+  // What the predicate reads of a record: values by position, perhaps the title. Texts are
+  // searched with wide loads that reach past a short text's own line.
+  struct Read {
+    size_t position;  // the title at kTitlePosition
+    size_t bytes;
+  };
+  static constexpr size_t kTitlePosition = SIZE_MAX;
+  std::vector<Read> reads_;
   int32_t currentCursor = -1;
   model::NodeStore* database;
   model::TLinkResolver* links_;

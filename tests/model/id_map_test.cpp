@@ -42,8 +42,8 @@ TEST(IdMap, InsertFindEraseAndTableOrder) {
   EXPECT_EQ(map.Find(0), nullptr);
 }
 
-// Objects keep their addresses while others come and go, and erased slots are used again.
-TEST(IdMap, AddressesStayAcrossGrowthAndReuse) {
+// Objects keep their addresses while others come and go.
+TEST(IdMap, AddressesStayWhileOthersComeAndGo) {
   TDBIdMap<std::string> map(1);
   std::vector<std::string*> at;
   for (int id = 0; id < 5000; ++id) at.push_back(map.Insert(id, "value " + std::to_string(id)));

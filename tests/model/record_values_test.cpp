@@ -6,10 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "model/text_arena.h"
 
 using verdal::model::RecordValues;
-using verdal::model::TextArena;
 
 namespace {
 
@@ -25,6 +23,28 @@ std::vector<std::string> Texts(const RecordValues& v) {
 using Strings = std::vector<std::string>;
 
 }  // namespace
+
+// Texts up to 14 bytes lie in their slots, longer ones in the tail; both read back whole and
+// NUL-ended, on either side of the border.
+TEST(RecordValues, ShortAndLongTextsReadBackAlike) {
+  const std::string texts[] = {"", std::string(13, 'a'), std::string(14, 'b'), std::string(15, 'c'),
+                               std::string(1000, 'd'), "x"};
+  std::string_view views[6];
+  for (size_t i = 0; i < 6; ++i) views[i] = texts[i];
+  RecordValues v;
+  v.Assign(std::string(36, 'i'), std::string(15, 't'), views, 6);
+  EXPECT_EQ(Texts(v), (Strings(std::begin(texts), std::end(texts))));
+  EXPECT_EQ(v.Identifier(), std::string(36, 'i'));
+  EXPECT_EQ(v.Title(), std::string(15, 't'));
+  EXPECT_EQ(v[2].data(), static_cast<const char*>(v.SlotOfValue(2)) + 1);  // in its slot
+  EXPECT_NE(v[3].data(), static_cast<const char*>(v.SlotOfValue(3)) + 1);  // in the tail
+  EXPECT_EQ(v.SlotOfValue(1), static_cast<const char*>(v.SlotOfValue(0)) + RecordValues::kSlotBytes);
+  v.Set(4, "kurz");
+  v.Set(0, std::string(20, 'l'));
+  EXPECT_EQ(v[4], "kurz");
+  EXPECT_EQ(v[0], std::string(20, 'l'));
+  EXPECT_EQ(v[3], std::string(15, 'c'));
+}
 
 TEST(RecordValues, EditsKeepTheOtherTexts) {
   RecordValues v;
@@ -51,29 +71,23 @@ TEST(RecordValues, EditsKeepTheOtherTexts) {
   EXPECT_EQ(RecordValues().Title(), "");
 }
 
-// A block lent from an arena is never written: the first change, and any copy, gets a block of its
-// own, and the arena's bytes stay as they were for as long as the arena lives.
-TEST(RecordValues, ArenaBlocksAreLeftAloneByChanges) {
-  TextArena arena;
+// Copies own their blocks: changing one leaves the other as it was; a move leaves nothing behind.
+TEST(RecordValues, CopiesAndMovesKeepTheirOwnTexts) {
   const std::string_view texts[] = {"eins", "", "drei"};
-  RecordValues loaded;
-  loaded.Assign("id-1", "Titel", texts, 3, &arena);
-  const void* lent = loaded.Block();
-  RecordValues copy = loaded;
-  EXPECT_NE(copy.Block(), lent);
-  loaded.Set(1, "zwei");
-  EXPECT_NE(loaded.Block(), lent);
-  EXPECT_EQ(Texts(loaded), (Strings{"eins", "zwei", "drei"}));
+  RecordValues original;
+  original.Assign("id-1", "Titel", texts, 3);
+  RecordValues copy = original;
+  original.Set(1, "zwei");
+  EXPECT_EQ(Texts(original), (Strings{"eins", "zwei", "drei"}));
   EXPECT_EQ(Texts(copy), (Strings{"eins", "", "drei"}));
-  EXPECT_EQ(loaded.Title(), "Titel");
+  EXPECT_EQ(copy.Title(), "Titel");
   EXPECT_EQ(copy.Identifier(), "id-1");
 
-  RecordValues other;
-  other.Assign("id-2", "", texts, 3, &arena);
-  RecordValues moved = std::move(other);
-  EXPECT_EQ(other.size(), 0u);
-  EXPECT_EQ(Texts(moved), (Strings{"eins", "", "drei"}));
-  moved = copy;  // an owned copy replaces a lent block
+  RecordValues moved = std::move(original);
+  EXPECT_EQ(original.size(), 0u);
+  EXPECT_EQ(original.Title(), "");
+  EXPECT_EQ(Texts(moved), (Strings{"eins", "zwei", "drei"}));
+  moved = copy;
   moved.Set(0, "1");
   EXPECT_EQ(Texts(moved), (Strings{"1", "", "drei"}));
   EXPECT_EQ(Texts(copy), (Strings{"eins", "", "drei"}));
