@@ -50,7 +50,7 @@ class TMemFile final : public TBaseFile {
   // the block has room, as it has for nearly every value of a save.
   int32_t Write(const void* buffer, int32_t count) override {
     if (count < 0 || !mapped_ || count > capacity_ - position_) return WriteGrowing(buffer, count);
-    std::memcpy(data_ + position_, buffer, static_cast<size_t>(count));
+    if (count > 0) std::memcpy(data_ + position_, buffer, static_cast<size_t>(count));
     position_ += count;
     if (position_ > length_) length_ = position_;
     return count;
