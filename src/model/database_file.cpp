@@ -214,14 +214,14 @@ void WriteData(TDBDataRecord& d, File& f) {
 }
 
 // The texts of one record (identifier, title, values) on their way from the stream into its
-// block, already in the block's form: each followed by a NUL, and where each ends.
+// block: copied one after the other, each followed by a NUL, with where each ends. One scratch
+// serves a whole load, so a record costs no allocation here.
 struct TextScratch {
   std::string packed;
   std::vector<uint32_t> ends;
   std::string text;  // one text, where the stream cannot lend it
-  // Only for a record whose count of values does not match the fields.
-  std::vector<std::string_view> views;
-  std::deque<std::string> defaults;  // values it lacked (a deque keeps their addresses)
+  std::vector<std::string_view> views;  // the values as the block takes them
+  std::deque<std::string> defaults;     // values a record lacked (a deque keeps their addresses)
 
   void Clear() {
     packed.clear();

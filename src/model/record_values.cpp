@@ -6,7 +6,6 @@
 #include <stdexcept>
 #include <vector>
 
-
 namespace verdal::model {
 
 RecordValues::RecordValues(const RecordValues& other) {
