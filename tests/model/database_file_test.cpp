@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "BASE_SOURCE/memfile.h"
+#include "BASE_SOURCE/read_ahead_file.h"
 #include "engine/db_manager.h"
 #include "engine/navigation.h"
 #include "engine/record_ops.h"
@@ -92,6 +93,20 @@ TEST(DatabaseBody, RoundTripKeepsTreeValuesAndCountersButNoTemporaryRecord) {
   EXPECT_EQ(engine::AddRecord(back, -1, "n", false, nullptr, -1, nullptr), temp + 1);
   EXPECT_EQ(back.store.data.Find(back.store.places.Find(r1)->dataId)->Identifier(),
             db.store.data.Find(db.store.places.Find(r1)->dataId)->Identifier());
+
+  // The same body streamed through a window of a few bytes, so that every text crosses a refill.
+  engine::TDBManager streamed(1);
+  f.Seek(0);
+  TReadAheadFile window(f, f.GetLength(), 5);
+  ASSERT_TRUE(model::ReadBody(streamed, window));
+  for (int32_t cursor : {r0, r1, r2}) {
+    const model::TDBDataRecord* want = model::DataOf(back.store, back.store.places.Find(cursor));
+    const model::TDBDataRecord* got = model::DataOf(streamed.store, streamed.store.places.Find(cursor));
+    ASSERT_NE(got, nullptr);
+    EXPECT_EQ(got->Title(), want->Title());
+    EXPECT_EQ(got->Identifier(), want->Identifier());
+    EXPECT_EQ(*model::FieldValue(streamed.store, cursor, 0), *model::FieldValue(back.store, cursor, 0));
+  }
 }
 
 TEST(DatabaseBody, AVersionThreeFileWithOldFormRecordsIsRepairedAsItLoads) {
