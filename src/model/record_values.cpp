@@ -95,7 +95,18 @@ void RecordValues::Assign(std::string_view identifier, std::string_view title,
   Rebuild(identifier, title, count, [&](size_t i) { return values[i]; });
 }
 
+bool RecordValues::WriteInSlot(size_t t, std::string_view text) {
+  uint8_t* slot = static_cast<uint8_t*>(block_) + t * kSlotBytes;
+  if (slot[0] == kLong || text.size() > kShortest) return false;
+  // The text may come from this very slot.
+  if (!text.empty()) std::memmove(slot + 1, text.data(), text.size());
+  slot[1 + text.size()] = '\0';
+  slot[0] = static_cast<uint8_t>(text.size());
+  return true;
+}
+
 void RecordValues::Set(size_t i, std::string_view value) {
+  if (i < count_ && WriteInSlot(kLeadTexts + i, value)) return;
   Rebuild(Identifier(), Title(), size(), [&](size_t k) { return k == i ? value : (*this)[k]; });
 }
 
@@ -104,6 +115,7 @@ void RecordValues::SetIdentifier(std::string_view identifier) {
 }
 
 void RecordValues::SetTitle(std::string_view title) {
+  if (block_ != nullptr && WriteInSlot(1, title)) return;
   Rebuild(Identifier(), title, size(), [&](size_t k) { return (*this)[k]; });
 }
 

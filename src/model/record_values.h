@@ -74,6 +74,9 @@ class RecordValues {
     return {Tail() + where[0], where[1]};
   }
   const char* Tail() const { return reinterpret_cast<const char*>(block_) + (kLeadTexts + count_) * kSlotBytes; }
+  // Puts a short text over a short one in its slot; false where either is long, which takes a new
+  // block.
+  bool WriteInSlot(size_t t, std::string_view text);
   // Builds a block of the identifier, the title and `count` values, value i taken from `from(i)`,
   // in place of the current one; the texts may come from the current block.
   template <class From>

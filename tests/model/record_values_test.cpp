@@ -60,6 +60,13 @@ TEST(RecordValues, EditsKeepTheOtherTexts) {
   v.Erase(2);
   v.Erase(7);  // past the end: nothing
   EXPECT_EQ(Texts(v), (Strings{"Bonn", "Bonn", "zuletzt"}));
+  const void* slot = v.SlotOfValue(1);
+  v.Set(1, v[2]);               // short over short, in place
+  v.Set(2, v[2].substr(1));     // from its own slot
+  v.Set(0, "");
+  EXPECT_EQ(v.SlotOfValue(1), slot);
+  EXPECT_EQ(Texts(v), (Strings{"", "zuletzt", "uletzt"}));
+  v.Set(0, "Bonn");
   v.Resize(1);
   v.SetIdentifier(v.Title());  // a text from the block itself
   EXPECT_EQ(Texts(v), (Strings{"Bonn"}));
