@@ -136,7 +136,8 @@ void WriteString(const char* text, File& file) {
 }
 
 // Reads a string as ReadString does, but lends its text from the stream's own memory instead of
-// copying it: for streams with Take (a TMemFile). The view is valid while the stream's bytes are.
+// copying it: for streams with Take (TMemFile, TReadAheadFile). The view is valid until the
+// stream's next read.
 template <class File>
 std::string_view ReadStringView(File& file) {
   const uint32_t count = ReadUInt32(file);
@@ -150,6 +151,10 @@ std::string_view ReadStringView(File& file) {
 // the bytes left in the stream throws TReadWriteException before anything is allocated.
 template <class File>
 void ReadString(std::string& text, File& file) {
+  if constexpr (requires { file.Take(0); }) {
+    text.assign(ReadStringView(file));  // straight from the stream's bytes
+    return;
+  }
   const uint32_t count = ReadUInt32(file);
   const int64_t left = BytesLeft(file);
   if (count > INT32_MAX || (left >= 0 && count > left)) throw TReadWriteException();

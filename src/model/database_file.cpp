@@ -214,48 +214,24 @@ void WriteData(TDBDataRecord& d, File& f) {
 }
 
 // The texts of one record (identifier, title, values) on their way from the stream into its
-// block: copied one after the other, each followed by a NUL, with where each ends. One scratch
-// serves a whole load, so a record costs no allocation here.
+// block. One scratch serves a whole load: its strings keep their storage from record to record.
 struct TextScratch {
-  std::string packed;
-  std::vector<uint32_t> ends;
-  std::string text;  // one text, where the stream cannot lend it
+  std::vector<std::string> texts;
+  size_t count = 0;  // of texts read for the current record
   std::vector<std::string_view> views;  // the values as the block takes them
   std::deque<std::string> defaults;     // values a record lacked (a deque keeps their addresses)
 
-  void Clear() {
-    packed.clear();
-    ends.clear();
-  }
-  void Append(std::string_view t) {
-    packed.append(t);
-    packed.push_back('\0');
-    // The stream holds under 2 GiB, so every end fits.
-    ends.push_back(static_cast<uint32_t>(packed.size()));
-  }
-  std::string_view Text(size_t i) const {
-    const size_t start = i == 0 ? 0 : ends[i - 1];
-    return std::string_view(packed).substr(start, ends[i] - start - 1);
+  std::string& Next() {
+    if (count == texts.size()) texts.emplace_back();
+    return texts[count++];
   }
 };
-
-// Streams that lend their bytes (memory, read-ahead) are read without a string per text. A lent
-// text is valid only until the next read, so each is copied on at once.
-template <class File>
-void ReadText(TextScratch& s, File& f) {
-  if constexpr (requires { f.Take(0); }) {
-    s.Append(ReadStringView(f));
-  } else {
-    ReadString(s.text, f);
-    s.Append(s.text);
-  }
-}
 
 template <class File>
 bool ReadValues(TextScratch& s, File& f) {
   int32_t count = ReadInt32(f);
   if (!CountFits(f, count, 4)) return false;
-  for (int32_t i = 0; i < count; ++i) ReadText(s, f);
+  for (int32_t i = 0; i < count; ++i) ReadString(s.Next(), f);
   return true;
 }
 
@@ -263,7 +239,7 @@ bool ReadValues(TextScratch& s, File& f) {
 // mark, which has no identifier and gets a fresh one.
 template <class File>
 bool ReadData(TDBDataRecord& d, TextScratch& texts, File& f) {
-  texts.Clear();
+  texts.count = 0;
   uint32_t mark = ReadUInt32(f);
   if (mark == kDataRecordMark) {
     d.format = ReadUInt8(f);
@@ -273,8 +249,8 @@ bool ReadData(TDBDataRecord& d, TextScratch& texts, File& f) {
     d.changed = ReadTime(f);
     d.created = ReadTime(f);
     d.modified = ReadUInt8(f);
-    ReadText(texts, f);  // identifier
-    ReadText(texts, f);  // title
+    ReadString(texts.Next(), f);  // identifier
+    ReadString(texts.Next(), f);  // title
     return ReadValues(texts, f);
   }
   if (mark != kSectionMark) return false;
@@ -287,9 +263,8 @@ bool ReadData(TDBDataRecord& d, TextScratch& texts, File& f) {
   ReadInt32(f);
   ReadInt32(f);
   d.modified = ReadUInt8(f);
-  ReadString(texts.text, f);
-  texts.Append(platform::NewGuidText());
-  texts.Append(texts.text);
+  texts.Next() = platform::NewGuidText();
+  ReadString(texts.Next(), f);  // title
   return ReadValues(texts, f);
 }
 
@@ -324,11 +299,11 @@ void TakeTexts(NodeStore& store, TextScratch& s, TDBDataRecord& d) {
   constexpr size_t kLead = RecordValues::kLeadTexts;
   const size_t fields = store.fields.size();
   s.views.clear();
-  for (size_t i = kLead; i < s.ends.size() && s.views.size() < fields; ++i) s.views.push_back(s.Text(i));
+  for (size_t i = kLead; i < s.count && s.views.size() < fields; ++i) s.views.push_back(s.texts[i]);
   s.defaults.clear();
   while (s.views.size() < fields)
     s.views.push_back(s.defaults.emplace_back(store.fields[s.views.size()]->type.NewRecordValue()));
-  d.values.Assign(s.Text(0), s.Text(1), s.views.data(), s.views.size());
+  d.values.Assign(s.texts[0], s.texts[1], s.views.data(), s.views.size());
 }
 
 // Inserts a loaded object and answers where it lives; a second object under an id already taken
