@@ -81,8 +81,7 @@ std::optional<std::string_view> FieldValueOf(NodeStore& store, const TDBCategory
 }
 
 TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int32_t externalRow) {
-  TDBDataRecord fresh;
-  TDBDataRecord* record = &fresh;
+  TDBDataRecord record;
   // Each field gives its value for a new record: the next counter number, or its initial value.
   std::vector<std::string> values(store.fields.size());
   for (auto& field : store.fields) {
@@ -91,11 +90,11 @@ TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int3
       values[static_cast<size_t>(field->position)] = std::move(value);
   }
   std::vector<std::string_view> views(values.begin(), values.end());
-  record->values.Assign(platform::NewGuidText(), title, views.data(), views.size());
-  record->id = store.nextDataId++;
-  record->externalRow = externalRow;
-  record->created = record->changed = platform::NowLocal();
-  return store.data.Insert(fresh.id, std::move(fresh));  // null: a counter behind a loaded id
+  record.values.Assign(platform::NewGuidText(), title, views.data(), views.size());
+  record.id = store.nextDataId++;
+  record.externalRow = externalRow;
+  record.created = record.changed = platform::NowLocal();
+  return store.data.Insert(record.id, std::move(record));  // null: a counter behind a loaded id
 }
 
 TDBCategoryData* CreatePlace(NodeStore& store, int32_t categoryId, int32_t dataId, bool isCategory,

@@ -1,6 +1,5 @@
 #include "query/query_cache.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -65,6 +64,12 @@ bool IsDateType(int16_t type) {
   return type == model::kTypeDateTime || type == model::kTypeDate || type == model::kTypeTime;
 }
 
+// Whether a field is handed to the language in a computed form (dates as numbers, links as their
+// display) rather than as stored.
+bool IsComputed(int16_t type, int32_t flags) {
+  return IsDateType(type) || (type == model::kTypeLink && (flags & QX_QueryCache::kFlagLinkId) == 0);
+}
+
 // Two strings compare as the system compares text: case-sensitive word sort.
 int SystemCompare(const char* left, const char* right) {
   return platform::CompareWordSort(left, right);
@@ -96,9 +101,7 @@ QX_QueryCache::QX_QueryCache(model::NodeStore& store, const char* text, model::T
   for (size_t i = 0; i < store.fields.size(); ++i) {
     const model::TDBFieldInfo* field = store.fields[i].get();
     if (field == nullptr) continue;
-    const int16_t type = field->type.dataType;
-    const bool computed = IsDateType(type) || (type == model::kTypeLink && (fieldFlags[i] & kFlagLinkId) == 0);
-    if (!computed) storedAt_[i] = field->position;
+    if (!IsComputed(field->type.dataType, fieldFlags[i])) storedAt_[i] = field->position;
   }
   // A name bound twice answers "already defined", which changes nothing.
   for (const Binding& b : bindings) DefineField(b.name.c_str(), false, b.index);
@@ -341,10 +344,8 @@ QX_Error QX_QueryCache::GetField(QX_FieldText* textOut, int32_t index) {
   if (record_ != nullptr && field->position >= 0 && position < record_->values.size())
     stored = record_->values[position];
   const int16_t type = field->type.dataType;
-  const bool byIdentifier = static_cast<size_t>(index) < fieldFlags.size() &&
-                            (fieldFlags[static_cast<size_t>(index)] & kFlagLinkId) != 0;
-  const bool computed = IsDateType(type) || (type == model::kTypeLink && !byIdentifier);
-  if (!computed) {
+  const int32_t flags = static_cast<size_t>(index) < fieldFlags.size() ? fieldFlags[static_cast<size_t>(index)] : 0;
+  if (!IsComputed(type, flags)) {
     if (stored) textOut->text = stored->data();  // followed by a NUL
     return nullptr;
   }
