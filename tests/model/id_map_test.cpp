@@ -41,17 +41,3 @@ TEST(IdMap, InsertFindEraseAndTableOrder) {
   EXPECT_EQ(map.Count(), 0u);
   EXPECT_EQ(map.Find(0), nullptr);
 }
-
-// Objects keep their addresses while others come and go.
-TEST(IdMap, AddressesStayWhileOthersComeAndGo) {
-  TDBIdMap<std::string> map(1);
-  std::vector<std::string*> at;
-  for (int id = 0; id < 5000; ++id) at.push_back(map.Insert(id, "value " + std::to_string(id)));
-  for (int id = 0; id < 5000; id += 2) ASSERT_TRUE(map.Erase(id));
-  for (int id = 5000; id < 7500; ++id) ASSERT_NE(map.Insert(id, std::string(40, 'x')), nullptr);
-  for (int id = 1; id < 5000; id += 2) {
-    ASSERT_EQ(map.Find(id), at[static_cast<size_t>(id)]);
-    ASSERT_EQ(*map.Find(id), "value " + std::to_string(id));
-  }
-  EXPECT_EQ(map.Count(), 5000u);
-}
