@@ -295,7 +295,7 @@ bool ReadPlace(TDBCategoryData& p, File& f) {
 
 // A record gets exactly one value per field: extra values go, missing ones come from the fields
 // at the indexes they lack, as for a field added to a database with records.
-void TakeTexts(NodeStore& store, TextScratch& s, TDBDataRecord& d) {
+void TakeTexts(NodeStore& store, TextScratch& s, TDBDataRecord& d, srcpool::PageArena& arena) {
   constexpr size_t kLead = RecordValues::kLeadTexts;
   const size_t fields = store.fields.size();
   s.views.clear();
@@ -303,14 +303,14 @@ void TakeTexts(NodeStore& store, TextScratch& s, TDBDataRecord& d) {
   s.defaults.clear();
   while (s.views.size() < fields)
     s.views.push_back(s.defaults.emplace_back(store.fields[s.views.size()]->type.NewRecordValue()));
-  d.values.Assign(s.texts[0], s.texts[1], s.views.data(), s.views.size());
+  d.values.Assign(s.texts[0], s.texts[1], s.views.data(), s.views.size(), &arena);
 }
 
 // Inserts a loaded object and answers where it lives; a second object under an id already taken
 // is dropped with a trace, and the answer is null.
 template <class T>
-T* InsertLoaded(TDBIdMap<T>& map, T&& object, int32_t id, const char* what) {
-  T* stored = map.Insert(id, std::move(object));
+T* InsertLoaded(TDBIdMap<T>& map, T&& object, int32_t id, const char* what, srcpool::PageArena& arena) {
+  T* stored = map.Insert(id, std::move(object), &arena);
   if (stored == nullptr) platform::Trace("ReadBody: dropped a second %s with id %d", what, id);
   return stored;
 }
@@ -358,6 +358,19 @@ bool WriteBodyTo(engine::TDBManager& db, File& f) {
   return true;
 }
 
+// The objects of a load come from the store's arena. Loaded, a body takes about two to three times
+// its size; four times is reserved, which costs nothing until used. A large load has its pages
+// mapped ahead.
+srcpool::PageArena& LoadArena(NodeStore& store, int64_t bodyBytes) {
+  if (store.arena == nullptr) {
+    constexpr int64_t kStep = int64_t{8} << 20;
+    const int64_t body = std::max<int64_t>(bodyBytes, 0);
+    store.arena = std::make_unique<srcpool::PageArena>(static_cast<size_t>(4 * body + (int64_t{64} << 10)),
+                                                       static_cast<size_t>(kStep), body >= kStep);
+  }
+  return *store.arena;
+}
+
 template <class File>
 bool ReadBodyFrom(engine::TDBManager& db, File& f) {
   NodeStore& store = db.store;
@@ -377,6 +390,11 @@ bool ReadBodyFrom(engine::TDBManager& db, File& f) {
   RepairFieldPositions(store);
   if (!ReadDefinitions(db, f)) return false;
 
+  srcpool::PageArena& arena = LoadArena(store, BytesLeft(f));
+  struct StopAhead {
+    srcpool::PageArena& arena;
+    ~StopAhead() { arena.StopMappingAhead(); }
+  } stopAhead{arena};
   int32_t highestCategory = -1, highestData = -1, highestCursor = -1;
   int32_t count = ReadInt32(f);
   if (!CountFits(f, count, kMinCategoryBytes)) return false;
@@ -385,7 +403,7 @@ bool ReadBodyFrom(engine::TDBManager& db, File& f) {
     if (!ReadCategory(c, f)) return false;
     const int32_t id = c.id;
     highestCategory = std::max(highestCategory, id);
-    InsertLoaded(store.categories, std::move(c), id, "category");
+    InsertLoaded(store.categories, std::move(c), id, "category", arena);
   }
   count = ReadInt32(f);
   if (!CountFits(f, count, kMinDataBytes)) return false;
@@ -393,10 +411,10 @@ bool ReadBodyFrom(engine::TDBManager& db, File& f) {
   for (int32_t i = 0; i < count; ++i) {
     TDBDataRecord d;
     if (!ReadData(d, texts, f)) return false;
-    TakeTexts(store, texts, d);
+    TakeTexts(store, texts, d, arena);
     const int32_t id = d.id;
     highestData = std::max(highestData, id);
-    InsertLoaded(store.data, std::move(d), id, "data record");
+    InsertLoaded(store.data, std::move(d), id, "data record", arena);
   }
   count = ReadInt32(f);
   if (!CountFits(f, count, kMinPlaceBytes)) return false;
@@ -411,7 +429,7 @@ bool ReadBodyFrom(engine::TDBManager& db, File& f) {
       continue;
     }
     highestCursor = std::max(highestCursor, cursor);
-    if (TDBCategoryData* stored = InsertLoaded(store.places, std::move(p), cursor, "place"))
+    if (TDBCategoryData* stored = InsertLoaded(store.places, std::move(p), cursor, "place", arena))
       list.push_back(stored);
   }
   // Categories whose parent is gone stand at the top level.
@@ -426,7 +444,7 @@ bool ReadBodyFrom(engine::TDBManager& db, File& f) {
   store.nextCursor = std::max(store.nextCursor, highestCursor + 1);
 
   for (auto& view : store.views) view->root.expanded = store.rootExpanded;
-  AttachPlaces(store, list, false);
+  AttachPlaces(store, list, false, &arena);
   Renumber(store);
   if (LookupPlace(store, store.currentCursor) == nullptr)
     store.currentCursor = ResolveCursor(store, VERDAL_CURSOR_FIRST);

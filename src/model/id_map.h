@@ -7,8 +7,11 @@
 // Objects live inside their entries and keep their addresses until they are erased.
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <utility>
 #include <vector>
+
+#include "srcpool/page_arena.h"
 
 namespace verdal::model {
 
@@ -26,12 +29,15 @@ class TDBIdMap {
   size_t Count() const { return count_; }
 
   // Moves the object in under the id and answers where it now lives; null, with the object left
-  // untouched, if the id is present already.
-  T* Insert(int32_t id, T&& object) {
+  // untouched, if the id is present already. With an arena, the entry is cut from it (a load).
+  T* Insert(int32_t id, T&& object, srcpool::PageArena* arena = nullptr) {
     Entry*& head = buckets_[Bucket(id)];
     for (Entry* e = head; e != nullptr; e = e->next)
       if (e->id == id) return nullptr;
-    head = new Entry{std::move(object), id, head};
+    if (arena != nullptr)
+      head = new (arena->Allocate(sizeof(Entry))) Entry{std::move(object), id, true, head};
+    else
+      head = new Entry{std::move(object), id, false, head};
     ++count_;
     return &head->object;
   }
@@ -51,7 +57,7 @@ class TDBIdMap {
       Entry* e = *link;
       if (e->id != id) continue;
       *link = e->next;
-      delete e;
+      Destroy(e);
       --count_;
       return true;
     }
@@ -63,7 +69,7 @@ class TDBIdMap {
       while (head != nullptr) {
         Entry* e = head;
         head = e->next;
-        delete e;
+        Destroy(e);
       }
     }
     count_ = 0;
@@ -84,8 +90,18 @@ class TDBIdMap {
   struct Entry {
     T object;
     int32_t id;
+    bool pooled;  // cut from an arena, which owns its memory
     Entry* next;
   };
+
+  static void Destroy(Entry* e) {
+    if (e->pooled) {
+      e->~Entry();
+      srcpool::PageArena::Abandon(e, sizeof(Entry));
+    } else {
+      delete e;
+    }
+  }
 
   size_t Bucket(int32_t id) const { return static_cast<uint32_t>(id) % buckets_.size(); }
 

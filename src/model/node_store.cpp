@@ -114,7 +114,7 @@ namespace {
 // still on it; a pass that takes nothing (categories naming each other as parents in a damaged
 // file) is followed by one pass in which nothing waits.
 void BuildView(NodeStore& store, int32_t viewIndex, std::vector<TDBCategoryData*> pending,
-               bool live) {
+               bool live, srcpool::PageArena* arena = nullptr) {
   TDBNodeManagerItem& view = *store.View(viewIndex);
   if (!live) view.AllowPadding(pending.size());
 
@@ -131,7 +131,7 @@ void BuildView(NodeStore& store, int32_t viewIndex, std::vector<TDBCategoryData*
     const TDBCategoryRecord* rec = store.categories.Find(place->categoryId);
     int32_t categoryId = place->isCategory ? place->categoryId : (rec != nullptr ? rec->id : -1);
     TDBNode* node = view.MakeNode(place->cursor, categoryId, place->isCategory,
-                                  rec != nullptr && rec->expanded);
+                                  rec != nullptr && rec->expanded, arena);
     node->place = place;
     if (viewIndex == 0) place->node = node;
     int32_t index = AddChild(parent, node, place->position, live);
@@ -186,9 +186,10 @@ void BuildView(NodeStore& store, int32_t viewIndex, std::vector<TDBCategoryData*
 
 }  // namespace
 
-void AttachPlaces(NodeStore& store, const std::vector<TDBCategoryData*>& list, bool live) {
+void AttachPlaces(NodeStore& store, const std::vector<TDBCategoryData*>& list, bool live,
+                  srcpool::PageArena* arena) {
   for (size_t v = 0; v < store.views.size(); ++v)
-    BuildView(store, static_cast<int32_t>(v), list, live);
+    BuildView(store, static_cast<int32_t>(v), list, live, arena);
 }
 
 void AttachPlacesToView(NodeStore& store, int32_t viewIndex, const std::vector<TDBCategoryData*>& list,
@@ -251,6 +252,7 @@ void ClearStore(NodeStore& store, bool keepDefinitions) {
   store.data.Clear();
   store.places.Clear();
   for (auto& view : store.views) view->Clear();
+  store.arena.reset();
 }
 
 void CategoryOfCursor(NodeStore& store, int32_t cursor, int32_t& categoryCursor, bool& isCategory) {

@@ -12,6 +12,7 @@
 #include "model/id_map.h"
 #include "model/records.h"
 #include "model/view.h"
+#include "srcpool/page_arena.h"
 
 namespace verdal::model {
 
@@ -20,6 +21,8 @@ class NodeStore {
   explicit NodeStore(int32_t sizeClass);
 
   int32_t sizeClass;
+  // Holds the objects a load made; it outlives them, being declared before their maps.
+  std::unique_ptr<srcpool::PageArena> arena;
   TDBIdMap<TDBCategoryRecord> categories;
   TDBIdMap<TDBDataRecord> data;
   TDBIdMap<TDBCategoryData> places;
@@ -72,8 +75,9 @@ TDBCategoryData* CreatePlace(NodeStore& store, int32_t categoryId, int32_t dataI
 
 // Makes nodes for the places in every view. Live inserts link siblings and note the change of
 // numbers as they go; the bulk path (live off) leaves sibling links, compaction and numbering to
-// Renumber, which must follow it.
-void AttachPlaces(NodeStore& store, const std::vector<TDBCategoryData*>& list, bool live);
+// Renumber, which must follow it. A load passes its arena for the nodes.
+void AttachPlaces(NodeStore& store, const std::vector<TDBCategoryData*>& list, bool live,
+                  srcpool::PageArena* arena = nullptr);
 
 // The same, for one view only.
 void AttachPlacesToView(NodeStore& store, int32_t viewIndex, const std::vector<TDBCategoryData*>& list,

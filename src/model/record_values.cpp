@@ -28,21 +28,32 @@ RecordValues& RecordValues::operator=(RecordValues&& other) noexcept {
     Release();
     block_ = other.block_;
     count_ = other.count_;
+    pooled_ = other.pooled_;
     other.block_ = nullptr;
     other.count_ = 0;
+    other.pooled_ = false;
   }
   return *this;
 }
 
 void RecordValues::Release() {
-  ::operator delete(block_);
+  if (!pooled_) {
+    ::operator delete(block_);
+  } else if constexpr (srcpool::PageArena::kRedZone != 0) {
+    // Only sanitizer builds learn the size, to have later use of the block reported.
+    size_t bytes = (kLeadTexts + count_) * kSlotBytes;
+    for (size_t t = 0; t < kLeadTexts + count_; ++t)
+      if (Slot(t)[0] == kLong) bytes += Text(t).size() + 1;
+    srcpool::PageArena::Abandon(block_, bytes);
+  }
+  pooled_ = false;
   block_ = nullptr;
   count_ = 0;
 }
 
 template <class From>
 void RecordValues::Rebuild(std::string_view identifier, std::string_view title, size_t count,
-                           From&& from) {
+                           From&& from, srcpool::PageArena* arena) {
   const size_t texts = kLeadTexts + count;
   // Records have tens of fields, rarely more: their views fit on the stack.
   constexpr size_t kOnStack = 64;
@@ -65,7 +76,7 @@ void RecordValues::Rebuild(std::string_view identifier, std::string_view title, 
   if (tailBytes > kMax || texts > kMax) throw std::length_error("record texts exceed 4 GiB");
   const size_t slotBytes = texts * kSlotBytes;
   const size_t total = slotBytes + static_cast<size_t>(tailBytes);
-  auto* block = static_cast<uint8_t*>(::operator new(total));
+  auto* block = static_cast<uint8_t*>(arena != nullptr ? arena->Allocate(total) : ::operator new(total));
   char* tail = reinterpret_cast<char*>(block + slotBytes);
   uint32_t used = 0;
   for (size_t t = 0; t < texts; ++t) {
@@ -88,11 +99,12 @@ void RecordValues::Rebuild(std::string_view identifier, std::string_view title, 
   Release();
   block_ = block;
   count_ = static_cast<uint32_t>(count);
+  pooled_ = arena != nullptr;
 }
 
 void RecordValues::Assign(std::string_view identifier, std::string_view title,
-                          const std::string_view* values, size_t count) {
-  Rebuild(identifier, title, count, [&](size_t i) { return values[i]; });
+                          const std::string_view* values, size_t count, srcpool::PageArena* arena) {
+  Rebuild(identifier, title, count, [&](size_t i) { return values[i]; }, arena);
 }
 
 bool RecordValues::WriteInSlot(size_t t, std::string_view text) {

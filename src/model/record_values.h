@@ -15,6 +15,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "srcpool/page_arena.h"
+
 namespace verdal::model {
 
 class RecordValues {
@@ -26,9 +28,11 @@ class RecordValues {
   RecordValues() = default;
   RecordValues(const RecordValues& other);
   RecordValues& operator=(const RecordValues& other);
-  RecordValues(RecordValues&& other) noexcept : block_(other.block_), count_(other.count_) {
+  RecordValues(RecordValues&& other) noexcept
+      : block_(other.block_), count_(other.count_), pooled_(other.pooled_) {
     other.block_ = nullptr;
     other.count_ = 0;
+    other.pooled_ = false;
   }
   RecordValues& operator=(RecordValues&& other) noexcept;
   ~RecordValues() { Release(); }
@@ -43,9 +47,10 @@ class RecordValues {
   std::string_view Identifier() const { return block_ != nullptr ? Text(0) : std::string_view(""); }
   std::string_view Title() const { return block_ != nullptr ? Text(1) : std::string_view(""); }
 
-  // Replaces everything. Throws std::length_error if the texts do not fit one block (4 GiB).
+  // Replaces everything. Throws std::length_error if the texts do not fit one block (4 GiB). With
+  // an arena, the block is cut from it (a load); blocks of later changes come from the heap.
   void Assign(std::string_view identifier, std::string_view title, const std::string_view* values,
-              size_t count);
+              size_t count, srcpool::PageArena* arena = nullptr);
   void Set(size_t i, std::string_view value);
   void SetIdentifier(std::string_view identifier);
   void SetTitle(std::string_view title);
@@ -80,11 +85,13 @@ class RecordValues {
   // Builds a block of the identifier, the title and `count` values, value i taken from `from(i)`,
   // in place of the current one; the texts may come from the current block.
   template <class From>
-  void Rebuild(std::string_view identifier, std::string_view title, size_t count, From&& from);
+  void Rebuild(std::string_view identifier, std::string_view title, size_t count, From&& from,
+               srcpool::PageArena* arena = nullptr);
   void Release();
 
   void* block_ = nullptr;
   uint32_t count_ = 0;
+  bool pooled_ = false;  // the block belongs to an arena and is never freed here
 };
 
 }  // namespace verdal::model

@@ -18,8 +18,8 @@ TDBNodeManagerItem::TDBNodeManagerItem(std::string viewName, int32_t viewMode, b
 }
 
 TDBNode* TDBNodeManagerItem::MakeNode(int32_t cursor, int32_t categoryId, bool isCategory,
-                                      bool expanded) {
-  TDBNode& n = nodes.emplace_back();
+                                      bool expanded, srcpool::PageArena* arena) {
+  TDBNode& n = nodes.emplace_back(arena);
   n.owner = this;
   n.cursor = cursor;
   n.categoryId = categoryId;

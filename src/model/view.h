@@ -2,11 +2,11 @@
 // One view over a database's places: a tree of nodes with its own expanded flags and numbering.
 // View 0 is the main tree; further views are looked up by name.
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <unordered_map>
 
 #include "model/node.h"
+#include "model/node_blocks.h"
 
 namespace verdal::model {
 
@@ -23,11 +23,12 @@ struct TDBNodeManagerItem {
   // Finds the node of a category of this view in one step; holds category nodes only.
   std::unordered_map<int32_t, TDBNode*> categoryTree;
   TDBNode root;
-  // Every node ever made in this view; stable addresses. A deque takes memory in small blocks as
-  // nodes come, so that a node lies near the place and record made with it.
-  std::deque<TDBNode> nodes;
+  // Every node ever made in this view.
+  NodeBlocks nodes;
 
-  TDBNode* MakeNode(int32_t cursor, int32_t categoryId, bool isCategory, bool expanded);
+  // A load passes its arena for the nodes.
+  TDBNode* MakeNode(int32_t cursor, int32_t categoryId, bool isCategory, bool expanded,
+                    srcpool::PageArena* arena = nullptr);
   TDBNode* FindCategory(int32_t categoryId) const;
 
   // Null slots that loading may still pad children vectors with. A stored position past the end

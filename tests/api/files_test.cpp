@@ -219,3 +219,57 @@ TEST_F(Files, ClosingAndUnloadingSaveWhatIsDirty) {
   db = Open(name);
   EXPECT_STREQ(VERDAL_GetData(db, 0, VERDAL_CURSOR_FIRST, 1, 0), "gespeichert beim Beenden");
 }
+
+// A load large enough to map memory ahead, then every kind of change to what it made: texts
+// written in their slots and in new blocks, records and places deleted, a view built after the
+// load, the whole database emptied and filled again. Each must leave the other objects intact.
+TEST_F(Files, ALargeLoadedDatabaseTakesEveryKindOfChange) {
+  std::string name = dir / "gross.dbd";
+  constexpr int kRecords = 40000;  // a body of about 10 MB
+  auto valueOf = [](int i) { return "Wert " + std::to_string(i) + (i % 3 == 0 ? " mit einem langen Anhang" : ""); };
+  VerdalHandle db = Open(name);
+  AddField(db, "Name", 0);
+  AddField(db, "Notiz", 0);
+  int32_t c = VERDAL_AddCategory(db, -1, "K");
+  for (int i = 0; i < kRecords; ++i) {
+    int32_t r = VERDAL_AddRecord(db, c, "", 0, valueOf(i).c_str(), 0, 0, nullptr);
+    VERDAL_SetData(db, 1, std::string(200, static_cast<char>('a' + i % 26)).c_str(), r, 0, nullptr, nullptr);
+  }
+  ASSERT_EQ(VERDAL_CloseDB(db), 1);
+
+  db = Open(name);
+  ASSERT_NE(db, 0u);
+  std::vector<int32_t> records;
+  int32_t category = 0;
+  for (int32_t k = VERDAL_Seek(db, -1, 1, 0, 1, 1, &category, 3); k >= 0; k = VERDAL_Seek(db, k, 1, 0, 1, 1, &category, 3))
+    if (k != category) records.push_back(k);
+  ASSERT_EQ(records.size(), static_cast<size_t>(kRecords));
+  ASSERT_EQ(VERDAL_CreateView(db, "zweite", 3), 1);
+  for (int i = 0; i < kRecords; i += 4) {
+    VERDAL_SetData(db, 0, "kurz", records[i], 0, nullptr, nullptr);
+    VERDAL_SetData(db, 1, "nun ein Text, der nicht mehr in seinen Platz passt", records[i + 1], 0, nullptr, nullptr);
+    ASSERT_EQ(VERDAL_DeleteRecord(db, records[i + 2], 0, 0, nullptr, 0), 1);
+  }
+  ASSERT_EQ(VERDAL_Save(db, nullptr), 1);
+  VERDAL_CloseDB(db);
+
+  db = Open(name);
+  ASSERT_NE(db, 0u);
+  int seen = 0;
+  for (int32_t k = VERDAL_Seek(db, -1, 1, 0, 1, 1, &category, 3); k >= 0; k = VERDAL_Seek(db, k, 1, 0, 1, 1, &category, 3)) {
+    if (k == category) continue;
+    // Records keep their order; of each four, the third is gone.
+    int i = 4 * (seen / 3) + (seen % 3 == 2 ? 3 : seen % 3);
+    std::string name0 = i % 4 == 0 ? "kurz" : valueOf(i);
+    std::string note = i % 4 == 1 ? "nun ein Text, der nicht mehr in seinen Platz passt"
+                                  : std::string(200, static_cast<char>('a' + i % 26));
+    ASSERT_EQ(VERDAL_GetData(db, 0, k, 1, 0), name0) << "record " << i;
+    ASSERT_EQ(VERDAL_GetData(db, 1, k, 1, 0), note) << "record " << i;
+    ++seen;
+  }
+  EXPECT_EQ(seen, kRecords - kRecords / 4);
+
+  ASSERT_EQ(VERDAL_EmptyData(db, 1), 1);
+  int32_t r = VERDAL_AddRecord(db, -1, "", 0, "neu", 0, 0, nullptr);
+  EXPECT_STREQ(VERDAL_GetData(db, 0, r, 1, 0), "neu");
+}

@@ -99,3 +99,22 @@ TEST(RecordValues, CopiesAndMovesKeepTheirOwnTexts) {
   EXPECT_EQ(Texts(moved), (Strings{"1", "", "drei"}));
   EXPECT_EQ(Texts(copy), (Strings{"eins", "", "drei"}));
 }
+
+// A block cut from a load's arena travels with moves, is replaced by heap blocks on edits and is
+// never freed itself; a sanitizer build reports any use of it after its record let go of it.
+TEST(RecordValues, BlocksFromAnArenaMoveAndAreReplacedButNeverFreed) {
+  verdal::srcpool::PageArena arena(1 << 16, 1 << 16, false);
+  const std::string_view values[] = {"kurz", "ein Wert, der nicht in seinen Platz passt"};
+  RecordValues loaded;
+  loaded.Assign("id", "Titel", values, 2, &arena);
+  RecordValues moved(std::move(loaded));
+  RecordValues assigned;
+  assigned = std::move(moved);
+  EXPECT_EQ(Texts(assigned), (Strings{"kurz", "ein Wert, der nicht in seinen Platz passt"}));
+  RecordValues copy(assigned);
+  assigned.Set(0, "ein langer Wert statt des kurzen");  // a new block from the heap
+  assigned.Set(1, "k");
+  EXPECT_EQ(Texts(assigned), (Strings{"ein langer Wert statt des kurzen", "k"}));
+  EXPECT_EQ(Texts(copy), (Strings{"kurz", "ein Wert, der nicht in seinen Platz passt"}));
+  EXPECT_EQ(assigned.Title(), "Titel");
+}

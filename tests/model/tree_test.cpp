@@ -92,7 +92,7 @@ using Numbers = std::vector<std::tuple<int32_t, int32_t, int32_t, int32_t>>;
 
 Numbers Snapshot(const TDBNodeManagerItem& view) {
   Numbers out;
-  for (const TDBNode& n : view.nodes) out.emplace_back(n.cursor, n.recordNumber, n.categoryNumber, n.rowNumber);
+  view.nodes.ForEach([&](const TDBNode& n) { out.emplace_back(n.cursor, n.recordNumber, n.categoryNumber, n.rowNumber); });
   return out;
 }
 
