@@ -202,6 +202,21 @@ void BM_RawRead(benchmark::State& state) {
   });
 }
 
+// The same read into memory taken for it, as a load takes memory for what it reads: the first
+// touch of each page costs the kernel a fault and a cleared page.
+void BM_RawReadNew(benchmark::State& state) {
+  std::string name = FileFor("plain");
+  const size_t size = std::filesystem::file_size(name);
+  Timed(state, "raw read into new memory", [&] {
+    char* bytes = static_cast<char*>(std::malloc(size));  // large: mapped afresh, given back at free
+    int fd = ::open(name.c_str(), O_RDONLY);
+    if (bytes == nullptr || ::read(fd, bytes, size) != static_cast<ssize_t>(size)) state.SkipWithError("read");
+    ::close(fd);
+    benchmark::DoNotOptimize(bytes);
+    std::free(bytes);
+  });
+}
+
 // The same read into memory new to a fresh process, as a load has it.
 void BM_RawReadFresh(benchmark::State& state) {
   Fresh(state, "raw read, fresh process", ChildStep::kRawRead, FileFor("plain"), nullptr);
@@ -290,6 +305,7 @@ BENCHMARK(BM_SavePlain)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterati
 BENCHMARK(BM_RawWrite)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_LoadPlain)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_RawRead)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_RawReadNew)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_LoadPlainFresh)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK(BM_RawReadFresh)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 #if VERDAL_HAVE_SQLITE
@@ -319,6 +335,7 @@ int main(int argc, char** argv) {
   std::printf("\nRatios (our time / peer time, best of the runs):\n");
   Ratio("plain save / raw write", "save plain", "raw write");
   Ratio("plain load / raw read", "load plain", "raw read");
+  Ratio("plain load / read, new memory", "load plain", "raw read into new memory");
   Ratio("plain save / SQLite save", "save plain", "sqlite save");
   Ratio("plain load / SQLite load", "load plain", "sqlite load");
   std::printf("\nThe same in fresh processes (best of three), as a host's first load:\n");
