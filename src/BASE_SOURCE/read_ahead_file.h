@@ -43,13 +43,24 @@ class TReadAheadFile final : public TBaseFile {
   bool UnlockRange(int32_t, int32_t) override { return true; }
 
   // Lends the next `count` bytes in the window and moves past them. The bytes stay valid until
-  // the next Read or Take.
+  // the next Read or Take, unless they are kept.
   const char* Take(int32_t count) {
     if (count < 0 || count > filled_ - at_) return TakeSlow(count);
     const char* bytes = window_.get() + at_;
     at_ += count;
     return bytes;
   }
+
+  // Keeps every byte from the position on in the window until Unkeep, so that a reader can lend
+  // several texts at once: a refill moves the kept bytes to the window's front, growing it if need
+  // be, instead of dropping them. A text lent meanwhile lies at the same offset from Kept() as
+  // when it was lent.
+  void Keep() {
+    keep_ = at_;
+    keeping_ = true;
+  }
+  const char* Kept() const { return window_.get() + keep_; }
+  void Unkeep() { keeping_ = false; }
 
  private:
   int32_t ReadSlow(void* buffer, int32_t count);
@@ -66,6 +77,8 @@ class TReadAheadFile final : public TBaseFile {
   int32_t before_ = 0;  // bytes of the stretch before the window's start
   int32_t filled_ = 0;  // bytes in the window
   int32_t at_ = 0;      // the position within the window
+  int32_t keep_ = 0;    // while keeping, where the kept bytes start in the window
+  bool keeping_ = false;
 };
 
 }  // namespace verdal

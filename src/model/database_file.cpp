@@ -1,9 +1,13 @@
 #include "model/database_file.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <deque>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "BASE_SOURCE/memfile.h"
@@ -214,24 +218,68 @@ void WriteData(TDBDataRecord& d, File& f) {
 }
 
 // The texts of one record (identifier, title, values) on their way from the stream into its
-// block. One scratch serves a whole load: its strings keep their storage from record to record.
+// block. A window that can keep bytes lends them: each text is then where the window holds it,
+// found by its offset from the kept start. Other streams copy them into strings, which keep their
+// storage from record to record.
+template <class File>
+constexpr bool kLendsTexts = std::is_same_v<File, TReadAheadFile>;
+
 struct TextScratch {
-  std::vector<std::string> texts;
+  static constexpr size_t kOwn = SIZE_MAX;  // the text is own[i], not lent
+  std::vector<std::pair<size_t, size_t>> spans;  // of lent texts: offset and length
+  std::vector<std::string> own;
   size_t count = 0;  // of texts read for the current record
   std::vector<std::string_view> views;  // the values as the block takes them
   std::deque<std::string> defaults;     // values a record lacked (a deque keeps their addresses)
 
-  std::string& Next() {
-    if (count == texts.size()) texts.emplace_back();
-    return texts[count++];
+  std::string& NextOwn() {
+    Grow();
+    spans[count].first = kOwn;
+    return own[count++];
   }
+  template <class File>
+  void Read(File& f) {
+    if constexpr (kLendsTexts<File>) {
+      const std::string_view text = ReadStringView(f);
+      Grow();
+      spans[count++] = {static_cast<size_t>(text.data() - f.Kept()), text.size()};
+    } else {
+      ReadString(NextOwn(), f);
+    }
+  }
+  template <class File>
+  std::string_view Text(size_t i, File& f) const {
+    if constexpr (kLendsTexts<File>)
+      if (spans[i].first != kOwn) return {f.Kept() + spans[i].first, spans[i].second};
+    return own[i];
+  }
+
+ private:
+  void Grow() {
+    if (count == spans.size()) {
+      spans.emplace_back();
+      own.emplace_back();
+    }
+  }
+};
+
+// Keeps the window's bytes from the start of a record until its texts are in their block.
+template <class File>
+struct KeepRecord {
+  explicit KeepRecord(File& f) : f(f) {
+    if constexpr (kLendsTexts<File>) f.Keep();
+  }
+  ~KeepRecord() {
+    if constexpr (kLendsTexts<File>) f.Unkeep();
+  }
+  File& f;
 };
 
 template <class File>
 bool ReadValues(TextScratch& s, File& f) {
   int32_t count = ReadInt32(f);
   if (!CountFits(f, count, 4)) return false;
-  for (int32_t i = 0; i < count; ++i) ReadString(s.Next(), f);
+  for (int32_t i = 0; i < count; ++i) s.Read(f);
   return true;
 }
 
@@ -249,8 +297,8 @@ bool ReadData(TDBDataRecord& d, TextScratch& texts, File& f) {
     d.changed = ReadTime(f);
     d.created = ReadTime(f);
     d.modified = ReadUInt8(f);
-    ReadString(texts.Next(), f);  // identifier
-    ReadString(texts.Next(), f);  // title
+    texts.Read(f);  // identifier
+    texts.Read(f);  // title
     return ReadValues(texts, f);
   }
   if (mark != kSectionMark) return false;
@@ -263,8 +311,8 @@ bool ReadData(TDBDataRecord& d, TextScratch& texts, File& f) {
   ReadInt32(f);
   ReadInt32(f);
   d.modified = ReadUInt8(f);
-  texts.Next() = platform::NewGuidText();
-  ReadString(texts.Next(), f);  // title
+  texts.NextOwn() = platform::NewGuidText();
+  texts.Read(f);  // title
   return ReadValues(texts, f);
 }
 
@@ -295,15 +343,16 @@ bool ReadPlace(TDBCategoryData& p, File& f) {
 
 // A record gets exactly one value per field: extra values go, missing ones come from the fields
 // at the indexes they lack, as for a field added to a database with records.
-void TakeTexts(NodeStore& store, TextScratch& s, TDBDataRecord& d, srcpool::PageArena& arena) {
+template <class File>
+void TakeTexts(NodeStore& store, TextScratch& s, File& f, TDBDataRecord& d, srcpool::PageArena& arena) {
   constexpr size_t kLead = RecordValues::kLeadTexts;
   const size_t fields = store.fields.size();
   s.views.clear();
-  for (size_t i = kLead; i < s.count && s.views.size() < fields; ++i) s.views.push_back(s.texts[i]);
+  for (size_t i = kLead; i < s.count && s.views.size() < fields; ++i) s.views.push_back(s.Text(i, f));
   s.defaults.clear();
   while (s.views.size() < fields)
     s.views.push_back(s.defaults.emplace_back(store.fields[s.views.size()]->type.NewRecordValue()));
-  d.values.Assign(s.texts[0], s.texts[1], s.views.data(), s.views.size(), &arena);
+  d.values.Assign(s.Text(0, f), s.Text(1, f), s.views.data(), s.views.size(), &arena);
 }
 
 // Inserts a loaded object and answers where it lives; a second object under an id already taken
@@ -410,8 +459,9 @@ bool ReadBodyFrom(engine::TDBManager& db, File& f) {
   TextScratch texts;
   for (int32_t i = 0; i < count; ++i) {
     TDBDataRecord d;
+    KeepRecord<File> keep(f);
     if (!ReadData(d, texts, f)) return false;
-    TakeTexts(store, texts, d, arena);
+    TakeTexts(store, texts, f, d, arena);
     const int32_t id = d.id;
     highestData = std::max(highestData, id);
     InsertLoaded(store.data, std::move(d), id, "data record", arena);

@@ -4,6 +4,8 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "BASE_SOURCE/memfile.h"
 #include "BASE_SOURCE/stream_io.h"
@@ -80,4 +82,36 @@ TEST(ReadAheadFile, LargeReadsAndCountsPastTheEnd) {
   EXPECT_THROW(g.Read(&byte, -1), TReadWriteException);
   EXPECT_THROW(g.Take(t.stretch + 1), TReadWriteException);
   EXPECT_EQ(g.Tell(), 0);
+}
+
+// Kept bytes survive every refill: texts lent in groups of five (the last group ends in the text
+// larger than every small window) all read back at their offsets from the kept start, through
+// windows of every size.
+TEST(ReadAheadFile, KeptTextsSurviveRefills) {
+  for (int32_t window : {1, 2, 3, 7, 16, 64, 4096}) {
+    Source s;
+    TReadAheadFile f(s.file, s.stretch, window);
+    for (int group = 0; group < 8; ++group) {
+      f.Keep();
+      std::vector<std::pair<size_t, std::string>> lent;
+      for (int i = group * 5; i < group * 5 + 5; ++i) {
+        ASSERT_EQ(verdal::ReadInt32(f), i * 1000 + 7) << window;
+        std::string_view text = verdal::ReadStringView(f);
+        lent.emplace_back(static_cast<size_t>(text.data() - f.Kept()), std::string(text));
+        ASSERT_EQ(verdal::ReadUInt8(f), i);
+      }
+      if (group == 7) {
+        std::string_view text = verdal::ReadStringView(f);
+        lent.emplace_back(static_cast<size_t>(text.data() - f.Kept()), std::string(300, 'L'));
+      }
+      for (size_t k = 0; k < lent.size(); ++k) {
+        const int i = group * 5 + static_cast<int>(k);
+        const std::string expected = k < 5 ? std::string(static_cast<size_t>(i * 3 % 17), static_cast<char>('a' + i % 26))
+                                           : lent[k].second;
+        ASSERT_EQ(std::string_view(f.Kept() + lent[k].first, expected.size()), expected) << window << " " << i;
+      }
+      f.Unkeep();
+    }
+    EXPECT_EQ(f.Tell(), s.stretch);
+  }
 }
