@@ -84,11 +84,19 @@ int64_t ChildList(const char* filter, VerdalHandle db = Big()) {
   return count;
 }
 
-void BM_VerdalContains(benchmark::State& s) { Timed(s, "verdal contains", [] { return ChildList(kContains); }); }
+// Each database is built before the clock runs.
+void BM_VerdalContains(benchmark::State& s) {
+  Big();
+  Timed(s, "verdal contains", [] { return ChildList(kContains); });
+}
 void BM_VerdalContainsAnyCase(benchmark::State& s) {
+  Big();
   Timed(s, "verdal contains any case", [] { return ChildList(kContainsAnyCase); });
 }
-void BM_VerdalRange(benchmark::State& s) { Timed(s, "verdal range", [] { return ChildList(kRange); }); }
+void BM_VerdalRange(benchmark::State& s) {
+  Big();
+  Timed(s, "verdal range", [] { return ChildList(kRange); });
+}
 void BM_VerdalRangeLoaded(benchmark::State& s) {
   if (Loaded() == 0) return s.SkipWithError("the saved database did not load");
   Timed(s, "verdal range, loaded", [] { return ChildList(kRange, Loaded()); });
@@ -129,9 +137,11 @@ int64_t Select(const char* sql) {
 }
 
 void BM_SqliteContains(benchmark::State& s) {
+  Peer();
   Timed(s, "sqlite contains", [] { return Select("SELECT id FROM records WHERE upper(name) LIKE '%AB%'"); });
 }
 void BM_SqliteRange(benchmark::State& s) {
+  Peer();
   Timed(s, "sqlite range", [] { return Select("SELECT id FROM records WHERE preis >= 100 AND preis < 200"); });
 }
 BENCHMARK(BM_SqliteContains)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
