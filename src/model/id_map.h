@@ -83,10 +83,10 @@ class TDBIdMap {
   }
 
  private:
-  // The object and its links in one allocation. Each entry is allocated on its own, when its
-  // object is made: the pieces of one record (its place, data record and texts) are made one
-  // after the other and so lie side by side, which is what a walk in tree order, meeting records
-  // in scattered order, needs from memory far more than density.
+  // The object and its links in one allocation, made when its object is made: the pieces of one
+  // record (its data record and texts) are made one after the other and so lie side by side,
+  // whether they come from the heap or, at a load, in order from its arena. A walk in tree order
+  // meets records in scattered order and needs that from memory far more than density.
   struct Entry {
     T object;
     int32_t id;

@@ -21,7 +21,7 @@ class NodeStore {
   explicit NodeStore(int32_t sizeClass);
 
   int32_t sizeClass;
-  // Holds the objects a load made; it outlives them, being declared before their maps.
+  // Holds the objects a load made; it outlives them, being declared before the maps and views.
   std::unique_ptr<srcpool::PageArena> arena;
   TDBIdMap<TDBCategoryRecord> categories;
   TDBIdMap<TDBDataRecord> data;

@@ -29,8 +29,9 @@ size_t RoundToPages(size_t bytes) {
 
 // Has the kernel map every page of the range for writing without changing what it holds. Kernels
 // before 5.14 lack the call; there a write of zero to each page does the same to memory that
-// nobody has used yet. Any other refusal (no memory) leaves the faults to the first use.
-void Populate(char* base, size_t size) {
+// nobody has used yet (and which the sanitizer holds poisoned, so the writes go unchecked). Any
+// other refusal (no memory) leaves the faults to the first use.
+__attribute__((no_sanitize("address"))) void Populate(char* base, size_t size) {
 #ifdef MADV_POPULATE_WRITE
   if (madvise(base, size, MADV_POPULATE_WRITE) == 0 || errno != EINVAL) return;
 #endif
