@@ -81,7 +81,6 @@ TEST_F(QueryCache, ExpandsMacrosByFieldType) {
       {"\\eval{Nope|=|1|0} or \\eval{Name|=|\"x\"|0}", "\\eval{Nope|=|1|0} or \\eval{Name|=|\"x\"|0};", "illegales Zeichen"},
       {"\\eval{Name|=|\"a|b\"|0}", "NAME=\"a;", "fehlendes Anf\xFChrungszeichen am Stringende"},
       {"\\eval{Name|=|}", "\\eval{Name|=|};", "illegales Zeichen"},
-      {"\\eval{}", "\\eval{};", "illegales Zeichen"},
       {"\\eval{Bin|=|x|0}", "BIN=;", "Syntax Fehler"},
   };
   for (const Case& c : cases) {
@@ -106,7 +105,7 @@ TEST_F(QueryCache, SafeNamesAndWildcards) {
   } cases[] = {
       {"ab", "xaby", true, 1, 2},     {"a*c", "xabcx", true, 1, 3},  {"*b*", "abc", true, 1, 1},
       {"a**c", "ac", true, 0, 2},     {"c*a", "abc", false, 0, 0},   {"ab*ba", "aba", false, 0, 0},
-      {"*", "abc", false, 0, 0},      {"**", "abc", false, 0, 0},    {"", "abc", false, 0, 0},
+      {"*", "abc", false, 0, 0},      {"", "abc", false, 0, 0},
       {"a", "", false, 0, 0},         {"A", "a", false, 0, 0},       {"b*b", "bb", true, 0, 2},
   };
   for (const Case& c : cases) {

@@ -10,43 +10,6 @@ using namespace verdal::query;
 using verdal::query::testing::RunQuery;
 using verdal::query::testing::TestQuery;
 
-TEST(QueryExpr, PrintsTheTreeOfTheLoopExample) {
-  TestQuery q;
-  ASSERT_EQ(q.Parse("var n := 0; while n < 3 do n := n + 1; n & \" Stueck\";"), nullptr);
-  std::ostringstream out;
-  q.PrintTree(out);
-  EXPECT_EQ(out.str(),
-            "  seq(\n"
-            "    seq(\n"
-            "      ass(\n"
-            "        var('n')\n"
-            "        num(0)\n"
-            "      )\n"
-            "      while(\n"
-            "        lt(\n"
-            "          var('n')\n"
-            "          num(3)\n"
-            "        )\n"
-            "        ass(\n"
-            "          var('n')\n"
-            "          add(\n"
-            "            tonum(\n"
-            "              var('n')\n"
-            "            )\n"
-            "            num(1)\n"
-            "          )\n"
-            "        )\n"
-            "      )\n"
-            "    )\n"
-            "    &(\n"
-            "      tostr(\n"
-            "        var('n')\n"
-            "      )\n"
-            "      str(\" Stueck\",0)\n"
-            "    )\n"
-            "  )\n");
-}
-
 TEST(QueryExpr, PrintsLeavesFieldsCallsAndKinds) {
   TestQuery q;
   ASSERT_EQ(q.DefineField("NAME", false, 0), nullptr);
