@@ -119,6 +119,8 @@ TEST_F(FilteredChildren, DeletedFieldsAndUnbalancedFiltersFail) {
   Store("Verwaist", {{0, "", "Telefon", 2, "1", "", 0, 0, 0, 0}});
   EXPECT_EQ(VERDAL_GetFilter(db, "Verwaist"), nullptr);  // the field is not there
   EXPECT_EQ(VERDAL_GetFilter(db, "Unbekannt"), nullptr);
+  Store("Leer", {});
+  EXPECT_STREQ(VERDAL_GetFilter(db, "Leer"), "");  // no rows: an empty text, not a failure
   EXPECT_EQ(VERDAL_GetLastError(), 0);
 
   Store("Offen", {{0, "(", "Name", 2, "a", "", 0, 0, 0, 0}});

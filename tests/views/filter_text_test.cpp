@@ -1,12 +1,11 @@
-// The two text forms of filter rows, whole filters, single conditions, and what the query cache
-// makes of them.
+// The two text forms of a filter row. Whole filters, joined and compiled, are tested through the
+// interface in engine/filtered_children_test.cpp.
 #include "views/filter_text.h"
 
 #include <gtest/gtest.h>
 
 #include "engine/db_manager.h"
 #include "model/fields.h"
-#include "query/query_cache.h"
 
 using namespace verdal;
 using views::TDBFilterParts;
@@ -78,28 +77,4 @@ TEST_F(FilterText, RowsInBothForms) {
   // The clamp stays in the row.
   EXPECT_EQ(cases[6].row.link, 2);
   EXPECT_EQ(cases[6].row.condition, 0);
-}
-
-TEST_F(FilterText, FiltersJoinTheirRowsAndCompile) {
-  auto item = std::make_unique<views::TDBFilterPartsItem>();
-  item->name = "Kiel billig";
-  item->rows.push_back(Row(0, "Ort", 2, "Kiel"));
-  item->rows.push_back(Row(1, "Preis", 0, "10"));
-  db.filters.filters.push_back(std::move(item));
-  auto none = std::make_unique<views::TDBFilterPartsItem>();
-  none->name = "leer";
-  db.filters.filters.push_back(std::move(none));
-
-  const char* text = views::FilterText(db.filters, db.store, "KIEL BILLIG");
-  ASSERT_NE(text, nullptr);
-  EXPECT_STREQ(text, "   \\eval{Ort|*=|\"Kiel\"|4}  and  \\eval{Preis|<|10|0} ");
-  query::QX_QueryCache q(db.store, text);
-  EXPECT_EQ(q.QueryText(), "^ORT*=^\"Kiel\"  and  PREIS<10.00;");
-  EXPECT_EQ(q.lastError, nullptr);
-
-  EXPECT_STREQ(views::FilterText(db.filters, db.store, "leer"), "");
-  EXPECT_EQ(views::FilterText(db.filters, db.store, "unbekannt"), nullptr);
-  // A field deleted after the filter was made: no internal form at all.
-  model::RemoveField(db.store, 1);
-  EXPECT_EQ(views::FilterText(db.filters, db.store, "Kiel billig"), nullptr);
 }
