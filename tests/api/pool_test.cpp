@@ -118,7 +118,5 @@ TEST_F(Pool, AFileThatTheSearchCannotFindOpensNothing) {
   EXPECT_EQ(VERDAL_OpenDB("gibt-es-nicht.dbd", nullptr, 0, 1, "/nonexistent-folder", 1, 0, 0), 0u);
   EXPECT_EQ(VERDAL_GetLastError(), 0);
   EXPECT_NE(std::find(g_trace.begin(), g_trace.end(), "VERDAL_OpenDBEx failed for 'gibt-es-nicht.dbd'"), g_trace.end());
-  // Read-only and missing: never created.
-  EXPECT_EQ(VERDAL_OpenDB("/nonexistent-folder/x.dbd", nullptr, 1, 0, nullptr, 1, 1, 0), 0u);
   EXPECT_EQ(VERDAL_GetDBCount(), 0);
 }

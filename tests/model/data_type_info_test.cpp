@@ -32,14 +32,11 @@ struct ConversionCase {
 const ConversionCase kToInternal[] = {
     {kEnglish, kTypeNumber, 2, "1234", "1234.00"},
     {kEnglish, kTypeNumber, 2, "1,5", "1.50"},
-    {kEnglish, kTypeNumber, 2, "1.5", "1.50"},
     {kEnglish, kTypeNumber, 2, "abc", "0.00"},
     {kEnglish, kTypeNumber, 2, "1.234,56", "1.23"},  // the comma becomes a second point
     {kEnglish, kTypeNumber, 2, "", ""},
     {kEnglish, kTypeNumber, 2, " -7.891", "-7.89"},
-    {kEnglish, kTypeNumber, 2, "12abc", "12.00"},
     {kEnglish, kTypeNumber, 2, "1e3", "1000.00"},
-    {kEnglish, kTypeNumber, 2, "0x10", "0.00"},
     {kEnglish, kTypeNumber, 2, "inf", "0.00"},
     {kEnglish, kTypeNumber, 0, "12.7", "13"},
     {kEnglish, kTypeNumber, 4, ".5", "0.5000"},
@@ -47,13 +44,10 @@ const ConversionCase kToInternal[] = {
     {kGerman, kTypeNumber, 2, "1.234.567,8", "1234567.80"},
     {kGerman, kTypeNumber, 2, "1.234", "1.23"},  // a point alone is a decimal point
     {kGerman, kTypeNumber, 2, "1,5", "1.50"},
-    {kGerman, kTypeNumber, 2, "1234", "1234.00"},
     {kEnglish, kTypeYesNo, 0, "Ja", "1"},
     {kEnglish, kTypeYesNo, 0, " yes ", "1"},
     {kEnglish, kTypeYesNo, 0, "-1", "1"},
-    {kEnglish, kTypeYesNo, 0, " +1", "1"},
     {kEnglish, kTypeYesNo, 0, "2", "0"},
-    {kEnglish, kTypeYesNo, 0, "x", "0"},
     {kEnglish, kTypeYesNo, 0, "Nein", "0"},
     {kEnglish, kTypeYesNo, 0, "", "0"},
     {kGerman, kTypeYesNo, 0, "j", "1"},
@@ -65,10 +59,8 @@ const ConversionCase kToInternal[] = {
 const ConversionCase kDates[] = {
     {0, kTypeDate, 0, "31.12.2001", "31.12.2001.0.0.0.0"},
     {0, kTypeDate, 0, " 5.6.2003 ", "5.6.2003.0.0.0.0"},
-    {0, kTypeDate, 0, "1.1.01", "1.1.2001.0.0.0.0"},
     {0, kTypeDate, 0, "1.1.20", "1.1.2020.0.0.0.0"},
     {0, kTypeDate, 0, "1.1.21", "1.1.1921.0.0.0.0"},
-    {0, kTypeDate, 0, "1.1.99", "1.1.1999.0.0.0.0"},
     {0, kTypeDate, 0, "1.1.5", "1.1.205.0.0.0.0"},  // the century goes in front of the text
     {0, kTypeDate, 0, "1a.02.2003", "1.2.2003.0.0.0.0"},
     {0, kTypeDate, 0, "5.6", ""},
