@@ -39,8 +39,8 @@ int64_t BytesLeft(File& file) {
   return int64_t{length} - position;
 }
 
-// The readers take any stream type: a TBaseFile through its virtual functions, a TMemFile (which
-// is final) with direct calls that inline, which a load of millions of values needs.
+// Readers and writers take any stream type: a TBaseFile through its virtual functions, a TMemFile
+// (which is final) with direct calls that inline, which a load or save of millions of values needs.
 namespace stream_detail {
 
 template <typename T, class File>
@@ -49,12 +49,6 @@ T ReadRaw(File& file) {
   file.Read(&value, sizeof value);
   return value;
 }
-
-}  // namespace stream_detail
-
-// The writers, like the readers, take any stream type, so that a save into memory (a TMemFile)
-// pays no call per value.
-namespace stream_detail {
 
 template <typename T, class File>
 void WriteRaw(T value, File& file) {

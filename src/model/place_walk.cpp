@@ -14,12 +14,12 @@ bool KindMatches(int32_t kinds, bool isCategory) {
                     : (kinds == kKindRecords || kinds == kKindBoth);
 }
 
-// Visits the nodes below start in depth-first order with an explicit stack; visit returns whether
-// to descend into the node. warm, when given, is called for the records of nodes a few steps
-// ahead with what visit will read of them.
 // How many siblings ahead a walk asks for nodes; places, records and values follow closer.
 constexpr size_t kFarthest = 24;
 
+// Visits the nodes below start in depth-first order with an explicit stack; visit returns whether
+// to descend into the node. warm, when given, is called for the records of nodes a few steps
+// ahead with what visit will read of them.
 template <class Visit, class Warm>
 void WalkBelow(TDBNode* start, Visit&& visit, bool readsRecords, Warm&& warm) {
   struct Frame {

@@ -91,7 +91,7 @@ void PageArena::MapNextStepAhead() {
 
 void* PageArena::AllocateSlow(size_t bytes) {
   if (bytes == 0) return Allocate(1);  // a piece of its own all the same
-  const size_t taken = (bytes + kRedZone + (kAlignment - 1)) & ~(kAlignment - 1);
+  const size_t taken = Taken(bytes);
   if (taken < bytes) throw std::bad_alloc();
   if (taken > stepBytes_ / 4) {
     Record(Map(taken));

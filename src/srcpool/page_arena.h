@@ -51,7 +51,7 @@ class PageArena {
 
   // Memory for `bytes`, aligned to kAlignment. Throws std::bad_alloc when the system refuses.
   void* Allocate(size_t bytes) {
-    const size_t taken = (bytes + kRedZone + (kAlignment - 1)) & ~(kAlignment - 1);
+    const size_t taken = Taken(bytes);
     if (taken >= bytes && taken != 0 && taken <= static_cast<size_t>(end_ - cursor_)) {
       void* p = cursor_;
       cursor_ += taken;
@@ -78,6 +78,9 @@ class PageArena {
     size_t size = 0;
   };
 
+  // What a piece of `bytes` takes from a mapping: with its red zone, rounded to the alignment.
+  // Below `bytes` only where that overflows.
+  static size_t Taken(size_t bytes) { return (bytes + kRedZone + (kAlignment - 1)) & ~(kAlignment - 1); }
   void* AllocateSlow(size_t bytes);
   static Mapping Map(size_t bytes);
   void Record(Mapping m);
