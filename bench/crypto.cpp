@@ -3,9 +3,9 @@
 
 #include <vector>
 
-#include "srcpool/crypto/memory_container.h"
-#include "srcpool/crypto/rijndael.h"
-#include "srcpool/crypto/sha.h"
+#include "crypto/memory_container.h"
+#include "crypto/rijndael.h"
+#include "crypto/sha.h"
 
 namespace {
 

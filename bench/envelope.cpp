@@ -14,11 +14,11 @@
 #include <string>
 #include <vector>
 
-#include "BASE_SOURCE/memfile.h"
+#include "io/memfile.h"
 #include "engine/db_manager.h"
 #include "engine/handle_table.h"
 #include "model/database_file.h"
-#include "srcpool/crypto/memory_container.h"
+#include "crypto/memory_container.h"
 #include "storage/envelope.h"
 #include "verdal.h"
 #include "support/big_database.h"

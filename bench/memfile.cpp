@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "BASE_SOURCE/memfile.h"
-#include "BASE_SOURCE/stream_io.h"
+#include "io/memfile.h"
+#include "io/stream_io.h"
 
 namespace {
 

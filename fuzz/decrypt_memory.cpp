@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "srcpool/crypto/memory_container.h"
+#include "crypto/memory_container.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size > (1u << 20)) return 0;

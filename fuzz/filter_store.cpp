@@ -5,11 +5,11 @@
 #include <cstdlib>
 #include <vector>
 
-#include "BASE_SOURCE/memfile.h"
+#include "io/memfile.h"
 #include "model/fields.h"
 #include "query/query_cache.h"
-#include "views/filter_parts.h"
-#include "views/filter_text.h"
+#include "listing/filter_parts.h"
+#include "listing/filter_text.h"
 
 using namespace verdal;
 
@@ -31,9 +31,9 @@ model::NodeStore& Store() {
   return *store;
 }
 
-std::vector<uint8_t> Written(const views::TDBFilterCollection& c) {
+std::vector<uint8_t> Written(const listing::TDBFilterCollection& c) {
   TMemFile f(256);
-  views::WriteFilters(c, f);
+  listing::WriteFilters(c, f);
   return std::vector<uint8_t>(f.Data(), f.Data() + f.GetLength());
 }
 
@@ -43,10 +43,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   TMemFile in(static_cast<int32_t>(size) + 1);
   in.Write(data, static_cast<int32_t>(size));
   in.Seek(0);
-  views::TDBFilterCollection c;
+  listing::TDBFilterCollection c;
   bool read = false;
   try {
-    read = views::ReadFilters(c, in);
+    read = listing::ReadFilters(c, in);
   } catch (...) {
     read = false;
   }
@@ -58,12 +58,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   TMemFile again(static_cast<int32_t>(once.size()) + 1);
   again.Write(once.data(), static_cast<int32_t>(once.size()));
   again.Seek(0);
-  views::TDBFilterCollection back;
-  if (!views::ReadFilters(back, again) || Written(back) != once) std::abort();
+  listing::TDBFilterCollection back;
+  if (!listing::ReadFilters(back, again) || Written(back) != once) std::abort();
 
   model::NodeStore& store = Store();
   for (size_t i = 0; i < c.filters.size() && i < 8; ++i) {
-    const char* text = views::FilterText(c, store, c.filters[i]->name);
+    const char* text = listing::FilterText(c, store, c.filters[i]->name);
     if (text == nullptr) continue;
     query::QX_QueryCache q(store, text);
     q.Test(-1);

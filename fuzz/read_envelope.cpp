@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "BASE_SOURCE/memfile.h"
+#include "io/memfile.h"
 #include "engine/db_manager.h"
 #include "storage/envelope.h"
 

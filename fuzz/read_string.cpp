@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "BASE_SOURCE/memfile.h"
-#include "BASE_SOURCE/stream_io.h"
+#include "io/memfile.h"
+#include "io/stream_io.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size > (1u << 20)) return 0;

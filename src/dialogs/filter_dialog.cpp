@@ -3,7 +3,7 @@
 #include <strings.h>
 
 #include "model/fields.h"
-#include "views/filter_text.h"
+#include "listing/filter_text.h"
 
 namespace verdal::dialogs {
 
@@ -36,11 +36,11 @@ bool Checked(const std::string& text) { return !text.empty() && text != "0"; }
 
 }  // namespace
 
-TFilterDialog::TFilterDialog(views::TDBFilterCollection& filters, model::NodeStore& database,
+TFilterDialog::TFilterDialog(listing::TDBFilterCollection& filters, model::NodeStore& database,
                              VerdalWindow parent, model::TLinkResolver* links)
     : filters_(filters), database_(database), parent_(parent), links_(links) {
   if (filters_.filters.empty()) {
-    auto item = std::make_unique<views::TDBFilterPartsItem>();
+    auto item = std::make_unique<listing::TDBFilterPartsItem>();
     item->name = kNewFilterName;
     filters_.filters.push_back(std::move(item));
   }
@@ -73,7 +73,7 @@ std::vector<ui::Control> TFilterDialog::Controls() const {
 }
 
 std::string TFilterDialog::Text(int32_t control) const {
-  const views::TDBFilterPartsItem* item = CurrentFilter();
+  const listing::TDBFilterPartsItem* item = CurrentFilter();
   switch (control) {
     case kFilterName: return item != nullptr ? item->name : std::string();
     case kFilterList: {
@@ -88,9 +88,9 @@ std::string TFilterDialog::Text(int32_t control) const {
       return Lines(names);
     }
     case kField: return row_ >= 0 ? editor_.fieldName : chosenField_;
-    case kLink: return views::LinkText(editor_.link, false);
+    case kLink: return listing::LinkText(editor_.link, false);
     case kOpenBracket: return editor_.openBracket.empty() ? "0" : "1";
-    case kCondition: return views::ConditionText(editor_.condition, false);
+    case kCondition: return listing::ConditionText(editor_.condition, false);
     case kValue: return editor_.value;
     case kCloseBracket: return editor_.closeBracket.empty() ? "0" : "1";
     case kWholeWord: return editor_.wholeWord ? "1" : "0";
@@ -112,13 +112,13 @@ void TFilterDialog::SetText(int32_t control, const std::string& text) {
       }
       break;
     case kLink: {
-      const int16_t i = ShownIndex(text, 3, [](int16_t k) { return std::string(views::LinkText(k, false)); });
+      const int16_t i = ShownIndex(text, 3, [](int16_t k) { return std::string(listing::LinkText(k, false)); });
       if (i >= 0) editor_.link = i;
       break;
     }
     case kCondition: {
       const int16_t i =
-          ShownIndex(text, 6, [](int16_t k) { return std::string(views::ConditionText(k, false)); });
+          ShownIndex(text, 6, [](int16_t k) { return std::string(listing::ConditionText(k, false)); });
       if (i >= 0) editor_.condition = i;
       break;
     }
@@ -136,32 +136,32 @@ void TFilterDialog::SetText(int32_t control, const std::string& text) {
 
 bool TFilterDialog::PressOk() {
   StoreRow();
-  if (const views::TDBFilterPartsItem* item = CurrentFilter()) filters_.currentFilter = item->name;
+  if (const listing::TDBFilterPartsItem* item = CurrentFilter()) filters_.currentFilter = item->name;
   return true;
 }
 
-views::TDBFilterPartsItem* TFilterDialog::CurrentFilter() const {
+listing::TDBFilterPartsItem* TFilterDialog::CurrentFilter() const {
   if (filter_ < 0 || static_cast<size_t>(filter_) >= filters_.filters.size()) return nullptr;
   return filters_.filters[static_cast<size_t>(filter_)].get();
 }
 
 std::vector<std::string> TFilterDialog::RowTexts() const {
   std::vector<std::string> texts;
-  views::TDBFilterPartsItem* item = CurrentFilter();
+  listing::TDBFilterPartsItem* item = CurrentFilter();
   if (item == nullptr) return texts;
   std::string text;
-  for (views::TDBFilterParts& row : item->rows) {
-    views::RowText(row, database_, text, false, !internalNames_, links_);
+  for (listing::TDBFilterParts& row : item->rows) {
+    listing::RowText(row, database_, text, false, !internalNames_, links_);
     texts.push_back(text);
   }
   return texts;
 }
 
-bool TFilterDialog::NameAcceptable(const std::string& name, const views::TDBFilterPartsItem* self) {
+bool TFilterDialog::NameAcceptable(const std::string& name, const listing::TDBFilterPartsItem* self) {
   const char* refusal = nullptr;
   if (Blank(name)) {
     refusal = kInvalidTitle;
-  } else if (const views::TDBFilterPartsItem* other = filters_.Find(name); other != nullptr && other != self) {
+  } else if (const listing::TDBFilterPartsItem* other = filters_.Find(name); other != nullptr && other != self) {
     refusal = kTitleExists;
   }
   if (refusal == nullptr) return true;
@@ -172,7 +172,7 @@ bool TFilterDialog::NameAcceptable(const std::string& name, const views::TDBFilt
 bool TFilterDialog::NewFilter(const std::string& name) {
   if (!NameAcceptable(name, nullptr)) return false;
   StoreRow();
-  auto item = std::make_unique<views::TDBFilterPartsItem>();
+  auto item = std::make_unique<listing::TDBFilterPartsItem>();
   item->name = name;
   filters_.filters.push_back(std::move(item));
   ChooseFilter(static_cast<int32_t>(filters_.filters.size()) - 1);
@@ -180,7 +180,7 @@ bool TFilterDialog::NewFilter(const std::string& name) {
 }
 
 bool TFilterDialog::RenameFilter(const std::string& name) {
-  views::TDBFilterPartsItem* item = CurrentFilter();
+  listing::TDBFilterPartsItem* item = CurrentFilter();
   if (item == nullptr || !NameAcceptable(name, item)) return false;
   item->name = name;
   return true;
@@ -202,11 +202,11 @@ void TFilterDialog::DeleteFilter() {
 }
 
 void TFilterDialog::NewRow() {
-  views::TDBFilterPartsItem* item = CurrentFilter();
+  listing::TDBFilterPartsItem* item = CurrentFilter();
   if (item == nullptr) return;
   StoreRow();
-  views::TDBFilterParts row;
-  row.condition = views::kEqual;
+  listing::TDBFilterParts row;
+  row.condition = listing::kEqual;
   row.fieldName = chosenField_;
   item->rows.push_back(row);
   row_ = static_cast<int32_t>(item->rows.size()) - 1;
@@ -214,7 +214,7 @@ void TFilterDialog::NewRow() {
 }
 
 bool TFilterDialog::SelectRow(int32_t index) {
-  views::TDBFilterPartsItem* item = CurrentFilter();
+  listing::TDBFilterPartsItem* item = CurrentFilter();
   if (item == nullptr || index < 0 || static_cast<size_t>(index) >= item->rows.size()) return false;
   StoreRow();
   row_ = index;
@@ -223,7 +223,7 @@ bool TFilterDialog::SelectRow(int32_t index) {
 }
 
 void TFilterDialog::DeleteRow() {
-  views::TDBFilterPartsItem* item = CurrentFilter();
+  listing::TDBFilterPartsItem* item = CurrentFilter();
   if (item == nullptr || row_ < 0) return;
   item->rows.erase(item->rows.begin() + row_);
   if (static_cast<size_t>(row_) >= item->rows.size()) row_ = static_cast<int32_t>(item->rows.size()) - 1;
@@ -231,9 +231,9 @@ void TFilterDialog::DeleteRow() {
 }
 
 void TFilterDialog::StoreRow() {
-  views::TDBFilterPartsItem* item = CurrentFilter();
+  listing::TDBFilterPartsItem* item = CurrentFilter();
   if (item == nullptr || row_ < 0 || static_cast<size_t>(row_) >= item->rows.size()) return;
-  views::TDBFilterParts& row = item->rows[static_cast<size_t>(row_)];
+  listing::TDBFilterParts& row = item->rows[static_cast<size_t>(row_)];
   const uint8_t version = row.rowVersion;
   row = editor_;
   row.rowVersion = version;
@@ -242,10 +242,10 @@ void TFilterDialog::StoreRow() {
 }
 
 void TFilterDialog::LoadRow() {
-  views::TDBFilterPartsItem* item = CurrentFilter();
+  listing::TDBFilterPartsItem* item = CurrentFilter();
   if (item == nullptr || row_ < 0 || static_cast<size_t>(row_) >= item->rows.size()) {
     row_ = -1;
-    editor_ = views::TDBFilterParts();
+    editor_ = listing::TDBFilterParts();
     return;
   }
   editor_ = item->rows[static_cast<size_t>(row_)];
@@ -254,7 +254,7 @@ void TFilterDialog::LoadRow() {
 
 void TFilterDialog::ChooseFilter(int32_t index) {
   filter_ = index;
-  views::TDBFilterPartsItem* item = CurrentFilter();
+  listing::TDBFilterPartsItem* item = CurrentFilter();
   row_ = item != nullptr && !item->rows.empty() ? 0 : -1;
   LoadRow();
 }

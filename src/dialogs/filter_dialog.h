@@ -10,7 +10,7 @@
 
 #include "model/node_store.h"
 #include "ui/host.h"
-#include "views/filter_parts.h"
+#include "listing/filter_parts.h"
 
 namespace verdal::model {
 class TLinkResolver;
@@ -41,7 +41,7 @@ class TFilterDialog : public ui::Sheet {
 
   // Opens on the last chosen filter, or the first; a database without any filter gets one named
   // "Neuer Filter".
-  TFilterDialog(views::TDBFilterCollection& filters, model::NodeStore& database,
+  TFilterDialog(listing::TDBFilterCollection& filters, model::NodeStore& database,
                 VerdalWindow parent = nullptr, model::TLinkResolver* links = nullptr);
 
   std::string Title() const override;
@@ -66,23 +66,23 @@ class TFilterDialog : public ui::Sheet {
   bool SelectRow(int32_t index);
   void DeleteRow();
 
-  views::TDBFilterPartsItem* CurrentFilter() const;
+  listing::TDBFilterPartsItem* CurrentFilter() const;
   int32_t CurrentRow() const { return row_; }
   std::vector<std::string> RowTexts() const;
 
  private:
-  bool NameAcceptable(const std::string& name, const views::TDBFilterPartsItem* self);
+  bool NameAcceptable(const std::string& name, const listing::TDBFilterPartsItem* self);
   void StoreRow();
   void LoadRow();
   void ChooseFilter(int32_t index);
 
-  views::TDBFilterCollection& filters_;
+  listing::TDBFilterCollection& filters_;
   model::NodeStore& database_;
   VerdalWindow parent_;
   model::TLinkResolver* links_;
   int32_t filter_ = -1;
   int32_t row_ = -1;
-  views::TDBFilterParts editor_;  // the controls of the row under edit
+  listing::TDBFilterParts editor_;  // the controls of the row under edit
   std::string chosenField_;
   bool internalNames_ = false;
 };

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "BASE_SOURCE/fileex.h"
+#include "io/fileex.h"
 #include "model/node_store.h"
-#include "views/filter_parts.h"
+#include "listing/filter_parts.h"
 
 namespace verdal::engine {
 
@@ -41,7 +41,7 @@ class TDBManager {
 
   std::unique_ptr<TFileEx> file;  // stays open between saves; null for a database in memory
   model::NodeStore store;
-  views::TDBFilterCollection filters;
+  listing::TDBFilterCollection filters;
   int16_t version = 13;
   uint32_t reservedWord = 0;
   bool compressed = false;

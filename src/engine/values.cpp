@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "BASE_SOURCE/text_buffer.h"
+#include "io/text_buffer.h"
 #include "engine/db_manager.h"
 #include "engine/last_error.h"
 #include "engine/linked_table.h"

@@ -1,6 +1,6 @@
 #include "model/data_type_io.h"
 
-#include "BASE_SOURCE/stream_io.h"
+#include "io/stream_io.h"
 
 namespace verdal::model {
 

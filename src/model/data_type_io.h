@@ -2,7 +2,7 @@
 // The stored form of a field's type description: the members in declaration order, integers
 // little-endian, 80-bit values as 10 bytes, flags as one byte, strings in the stream encoding.
 // Later members are gated by the record's version; writing always writes version 4.
-#include "BASE_SOURCE/base_file.h"
+#include "io/base_file.h"
 #include "model/data_type_info.h"
 
 namespace verdal::model {

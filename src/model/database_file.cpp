@@ -10,16 +10,16 @@
 #include <utility>
 #include <vector>
 
-#include "BASE_SOURCE/memfile.h"
-#include "BASE_SOURCE/read_ahead_file.h"
-#include "BASE_SOURCE/stream_io.h"
+#include "io/memfile.h"
+#include "io/read_ahead_file.h"
+#include "io/stream_io.h"
 #include "engine/db_manager.h"
 #include "model/cursor.h"
 #include "model/data_type_io.h"
 #include "model/fields.h"
 #include "platform/guid.h"
 #include "platform/trace.h"
-#include "views/filter_parts.h"
+#include "listing/filter_parts.h"
 
 namespace verdal::model {
 
@@ -126,7 +126,7 @@ void WriteDefinitions(engine::TDBManager& db, TBaseFile& f) {
   WriteInt32(0, f);
   WriteString(db.defaultPrintOption, f);
   WriteInt32(0, f);  // print options
-  views::WriteFilters(db.filters, f);
+  listing::WriteFilters(db.filters, f);
   for (int i = 0; i < kContainers; ++i) WriteEmptyContainer(f);
 }
 
@@ -137,7 +137,7 @@ bool ReadDefinitions(engine::TDBManager& db, File& f) {
   if (v >= kDefaultPrintSince) ReadString(db.defaultPrintOption, f);
   if (v >= kPrintOptionsSince && ReadInt32(f) != 0) return Refuse("print options");
   if (v < kFiltersSince) db.filters.Clear();  // older files have none
-  else if (!views::ReadFilters(db.filters, f)) return false;
+  else if (!listing::ReadFilters(db.filters, f)) return false;
   for (int i = 0; i < kContainers; ++i)
     if (v >= kFirstContainerSince + i && !ReadEmptyContainer(f)) return false;
   return true;
@@ -344,7 +344,7 @@ bool ReadPlace(TDBCategoryData& p, File& f) {
 // A record gets exactly one value per field: extra values go, missing ones come from the fields
 // at the indexes they lack, as for a field added to a database with records.
 template <class File>
-void TakeTexts(NodeStore& store, TextScratch& s, File& f, TDBDataRecord& d, srcpool::PageArena& arena) {
+void TakeTexts(NodeStore& store, TextScratch& s, File& f, TDBDataRecord& d, memory::PageArena& arena) {
   constexpr size_t kLead = RecordValues::kLeadTexts;
   const size_t fields = store.fields.size();
   s.views.clear();
@@ -358,7 +358,7 @@ void TakeTexts(NodeStore& store, TextScratch& s, File& f, TDBDataRecord& d, srcp
 // Inserts a loaded object and answers where it lives; a second object under an id already taken
 // is dropped with a trace, and the answer is null.
 template <class T>
-T* InsertLoaded(TDBIdMap<T>& map, T&& object, int32_t id, const char* what, srcpool::PageArena& arena) {
+T* InsertLoaded(TDBIdMap<T>& map, T&& object, int32_t id, const char* what, memory::PageArena& arena) {
   T* stored = map.Insert(id, std::move(object), &arena);
   if (stored == nullptr) platform::Trace("ReadBody: dropped a second %s with id %d", what, id);
   return stored;
@@ -410,11 +410,11 @@ bool WriteBodyTo(engine::TDBManager& db, File& f) {
 // The objects of a load come from the store's arena. Loaded, a body takes about two to three times
 // its size; four times is reserved, which costs nothing until used. A large load has its pages
 // mapped ahead.
-srcpool::PageArena& LoadArena(NodeStore& store, int64_t bodyBytes) {
+memory::PageArena& LoadArena(NodeStore& store, int64_t bodyBytes) {
   if (store.arena == nullptr) {
     constexpr int64_t kStep = int64_t{8} << 20;
     const int64_t body = std::max<int64_t>(bodyBytes, 0);
-    store.arena = std::make_unique<srcpool::PageArena>(static_cast<size_t>(4 * body + (int64_t{64} << 10)),
+    store.arena = std::make_unique<memory::PageArena>(static_cast<size_t>(4 * body + (int64_t{64} << 10)),
                                                        static_cast<size_t>(kStep), body >= kStep);
   }
   return *store.arena;
@@ -439,9 +439,9 @@ bool ReadBodyFrom(engine::TDBManager& db, File& f) {
   RepairFieldPositions(store);
   if (!ReadDefinitions(db, f)) return false;
 
-  srcpool::PageArena& arena = LoadArena(store, BytesLeft(f));
+  memory::PageArena& arena = LoadArena(store, BytesLeft(f));
   struct StopAhead {
-    srcpool::PageArena& arena;
+    memory::PageArena& arena;
     ~StopAhead() { arena.StopMappingAhead(); }
   } stopAhead{arena};
   int32_t highestCategory = -1, highestData = -1, highestCursor = -1;

@@ -2,7 +2,7 @@
 // The body of a database file: everything a database holds, in one stream, count-first with
 // counts patched after the fact (so the stream must be seekable). The header before it and the
 // envelope around it (compression, cipher) are written by the envelope, which calls these two.
-#include "BASE_SOURCE/base_file.h"
+#include "io/base_file.h"
 
 namespace verdal::engine {
 class TDBManager;

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "srcpool/page_arena.h"
+#include "memory/page_arena.h"
 
 namespace verdal::model {
 
@@ -30,7 +30,7 @@ class TDBIdMap {
 
   // Moves the object in under the id and answers where it now lives; null, with the object left
   // untouched, if the id is present already. With an arena, the entry is cut from it (a load).
-  T* Insert(int32_t id, T&& object, srcpool::PageArena* arena = nullptr) {
+  T* Insert(int32_t id, T&& object, memory::PageArena* arena = nullptr) {
     Entry*& head = buckets_[Bucket(id)];
     for (Entry* e = head; e != nullptr; e = e->next)
       if (e->id == id) return nullptr;
@@ -97,7 +97,7 @@ class TDBIdMap {
   static void Destroy(Entry* e) {
     if (e->pooled) {
       e->~Entry();
-      srcpool::PageArena::Abandon(e, sizeof(Entry));
+      memory::PageArena::Abandon(e, sizeof(Entry));
     } else {
       delete e;
     }

@@ -4,9 +4,9 @@
 
 namespace verdal::model {
 
-static_assert(alignof(TDBNode) <= srcpool::PageArena::kAlignment);
+static_assert(alignof(TDBNode) <= memory::PageArena::kAlignment);
 
-TDBNode& NodeBlocks::emplace_back(srcpool::PageArena* arena) {
+TDBNode& NodeBlocks::emplace_back(memory::PageArena* arena) {
   const bool pooled = arena != nullptr;
   if (blocks_.empty() || blocks_.back().used == blocks_.back().capacity || blocks_.back().pooled != pooled) {
     const uint32_t capacity = pooled ? kArenaBlock : kHeapBlock;
@@ -27,7 +27,7 @@ void NodeBlocks::clear() {
   for (Block& block : blocks_) {
     for (uint32_t i = 0; i < block.used; ++i) block.nodes[i].~TDBNode();
     if (block.pooled)
-      srcpool::PageArena::Abandon(block.nodes, size_t{block.capacity} * sizeof(TDBNode));
+      memory::PageArena::Abandon(block.nodes, size_t{block.capacity} * sizeof(TDBNode));
     else
       ::operator delete(block.nodes);
   }

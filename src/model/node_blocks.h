@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "model/node.h"
-#include "srcpool/page_arena.h"
+#include "memory/page_arena.h"
 
 namespace verdal::model {
 
@@ -19,7 +19,7 @@ class NodeBlocks {
   NodeBlocks& operator=(const NodeBlocks&) = delete;
 
   // A new default node; with an arena, its block may come from there.
-  TDBNode& emplace_back(srcpool::PageArena* arena = nullptr);
+  TDBNode& emplace_back(memory::PageArena* arena = nullptr);
   void clear();
   size_t size() const { return count_; }
 

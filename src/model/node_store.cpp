@@ -114,7 +114,7 @@ namespace {
 // still on it; a pass that takes nothing (categories naming each other as parents in a damaged
 // file) is followed by one pass in which nothing waits.
 void BuildView(NodeStore& store, int32_t viewIndex, std::vector<TDBCategoryData*> pending,
-               bool live, srcpool::PageArena* arena = nullptr) {
+               bool live, memory::PageArena* arena = nullptr) {
   TDBNodeManagerItem& view = *store.View(viewIndex);
   if (!live) view.AllowPadding(pending.size());
 
@@ -187,7 +187,7 @@ void BuildView(NodeStore& store, int32_t viewIndex, std::vector<TDBCategoryData*
 }  // namespace
 
 void AttachPlaces(NodeStore& store, const std::vector<TDBCategoryData*>& list, bool live,
-                  srcpool::PageArena* arena) {
+                  memory::PageArena* arena) {
   for (size_t v = 0; v < store.views.size(); ++v)
     BuildView(store, static_cast<int32_t>(v), list, live, arena);
 }

@@ -12,7 +12,7 @@
 #include "model/id_map.h"
 #include "model/records.h"
 #include "model/view.h"
-#include "srcpool/page_arena.h"
+#include "memory/page_arena.h"
 
 namespace verdal::model {
 
@@ -22,7 +22,7 @@ class NodeStore {
 
   int32_t sizeClass;
   // Holds the objects a load made; it outlives them, being declared before the maps and views.
-  std::unique_ptr<srcpool::PageArena> arena;
+  std::unique_ptr<memory::PageArena> arena;
   TDBIdMap<TDBCategoryRecord> categories;
   TDBIdMap<TDBDataRecord> data;
   TDBIdMap<TDBCategoryData> places;
@@ -77,7 +77,7 @@ TDBCategoryData* CreatePlace(NodeStore& store, int32_t categoryId, int32_t dataI
 // numbers as they go; the bulk path (live off) leaves sibling links, compaction and numbering to
 // Renumber, which must follow it. A load passes its arena for the nodes.
 void AttachPlaces(NodeStore& store, const std::vector<TDBCategoryData*>& list, bool live,
-                  srcpool::PageArena* arena = nullptr);
+                  memory::PageArena* arena = nullptr);
 
 // The same, for one view only.
 void AttachPlacesToView(NodeStore& store, int32_t viewIndex, const std::vector<TDBCategoryData*>& list,

@@ -39,12 +39,12 @@ RecordValues& RecordValues::operator=(RecordValues&& other) noexcept {
 void RecordValues::Release() {
   if (!pooled_) {
     ::operator delete(block_);
-  } else if constexpr (srcpool::PageArena::kRedZone != 0) {
+  } else if constexpr (memory::PageArena::kRedZone != 0) {
     // Only sanitizer builds learn the size, to have later use of the block reported.
     size_t bytes = (kLeadTexts + count_) * kSlotBytes;
     for (size_t t = 0; t < kLeadTexts + count_; ++t)
       if (Slot(t)[0] == kLong) bytes += Text(t).size() + 1;
-    srcpool::PageArena::Abandon(block_, bytes);
+    memory::PageArena::Abandon(block_, bytes);
   }
   pooled_ = false;
   block_ = nullptr;
@@ -53,7 +53,7 @@ void RecordValues::Release() {
 
 template <class From>
 void RecordValues::Rebuild(std::string_view identifier, std::string_view title, size_t count,
-                           From&& from, srcpool::PageArena* arena) {
+                           From&& from, memory::PageArena* arena) {
   const size_t texts = kLeadTexts + count;
   // Records have tens of fields, rarely more: their views fit on the stack.
   constexpr size_t kOnStack = 64;
@@ -103,7 +103,7 @@ void RecordValues::Rebuild(std::string_view identifier, std::string_view title, 
 }
 
 void RecordValues::Assign(std::string_view identifier, std::string_view title,
-                          const std::string_view* values, size_t count, srcpool::PageArena* arena) {
+                          const std::string_view* values, size_t count, memory::PageArena* arena) {
   Rebuild(identifier, title, count, [&](size_t i) { return values[i]; }, arena);
 }
 

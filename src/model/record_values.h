@@ -15,7 +15,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "srcpool/page_arena.h"
+#include "memory/page_arena.h"
 
 namespace verdal::model {
 
@@ -50,7 +50,7 @@ class RecordValues {
   // Replaces everything. Throws std::length_error if the texts do not fit one block (4 GiB). With
   // an arena, the block is cut from it (a load); blocks of later changes come from the heap.
   void Assign(std::string_view identifier, std::string_view title, const std::string_view* values,
-              size_t count, srcpool::PageArena* arena = nullptr);
+              size_t count, memory::PageArena* arena = nullptr);
   void Set(size_t i, std::string_view value);
   void SetIdentifier(std::string_view identifier);
   void SetTitle(std::string_view title);
@@ -86,7 +86,7 @@ class RecordValues {
   // in place of the current one; the texts may come from the current block.
   template <class From>
   void Rebuild(std::string_view identifier, std::string_view title, size_t count, From&& from,
-               srcpool::PageArena* arena = nullptr);
+               memory::PageArena* arena = nullptr);
   void Release();
 
   void* block_ = nullptr;

@@ -18,7 +18,7 @@ TDBNodeManagerItem::TDBNodeManagerItem(std::string viewName, int32_t viewMode, b
 }
 
 TDBNode* TDBNodeManagerItem::MakeNode(int32_t cursor, int32_t categoryId, bool isCategory,
-                                      bool expanded, srcpool::PageArena* arena) {
+                                      bool expanded, memory::PageArena* arena) {
   TDBNode& n = nodes.emplace_back(arena);
   n.owner = this;
   n.cursor = cursor;

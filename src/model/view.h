@@ -28,7 +28,7 @@ struct TDBNodeManagerItem {
 
   // A load passes its arena for the nodes.
   TDBNode* MakeNode(int32_t cursor, int32_t categoryId, bool isCategory, bool expanded,
-                    srcpool::PageArena* arena = nullptr);
+                    memory::PageArena* arena = nullptr);
   TDBNode* FindCategory(int32_t categoryId) const;
 
   // Null slots that loading may still pad children vectors with. A stored position past the end

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-#include "BASE_SOURCE/cp1252.h"
+#include "io/cp1252.h"
 
 namespace verdal::platform {
 namespace {

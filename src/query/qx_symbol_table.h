@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "query/qx_expression.h"
-#include "srcpool/memstack.h"
+#include "memory/memstack.h"
 
 namespace verdal::query {
 
@@ -82,7 +82,7 @@ class QX_SymbolTable {
   uint32_t FieldCount() const { return fieldCount; }
   uint32_t SymbolCount() const { return symbolCount; }
   uint32_t BucketCount() const { return bucketCount; }
-  const srcpool::memstack& Arena() const { return arena; }
+  const memory::memstack& Arena() const { return arena; }
 
  private:
   // An entry for name with code; an entry that is already there is returned unchanged. Null
@@ -102,7 +102,7 @@ class QX_SymbolTable {
   uint32_t fieldCount = 0;
   uint32_t symbolCount = 0;
   uint32_t bucketCount;
-  srcpool::memstack arena{kArenaSegment};
+  memory::memstack arena{kArenaSegment};
   QX_SymbolTable* globalTable;
 };
 

@@ -12,15 +12,15 @@
 #include <string>
 #include <vector>
 
-#include "BASE_SOURCE/memfile.h"
-#include "BASE_SOURCE/read_ahead_file.h"
-#include "BASE_SOURCE/stream_io.h"
+#include "io/memfile.h"
+#include "io/read_ahead_file.h"
+#include "io/stream_io.h"
 #include "engine/db_manager.h"
 #include "engine/pool_manager.h"
 #include "engine/settings.h"
 #include "model/database_file.h"
 #include "platform/language.h"
-#include "srcpool/crypto/memory_container.h"
+#include "crypto/memory_container.h"
 #include "ui/host.h"
 
 namespace verdal::storage {

@@ -9,7 +9,7 @@
 //         11   1  enciphered                              root expanded (1, since 13), payload
 //
 // No password or key is stored; only the digest inside the container proves a password.
-#include "BASE_SOURCE/base_file.h"
+#include "io/base_file.h"
 
 namespace verdal::engine {
 class TDBManager;

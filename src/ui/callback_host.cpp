@@ -1,6 +1,6 @@
 #include "ui/callback_host.h"
 
-#include "BASE_SOURCE/text_buffer.h"
+#include "io/text_buffer.h"
 
 namespace verdal::ui {
 

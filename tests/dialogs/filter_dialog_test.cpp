@@ -8,7 +8,7 @@
 #include "engine/db_manager.h"
 #include "model/fields.h"
 #include "ui/scripted_host.h"
-#include "views/filter_text.h"
+#include "listing/filter_text.h"
 
 using namespace verdal;
 using dialogs::TFilterDialog;
@@ -71,7 +71,7 @@ TEST_F(FilterDialog, BuildsAFilterRowByRow) {
     return d.PressOk();
   }));
   EXPECT_EQ(db.filters.currentFilter, "Kiel billig");
-  EXPECT_STREQ(views::FilterText(db.filters, db.store, "kiel billig"),
+  EXPECT_STREQ(listing::FilterText(db.filters, db.store, "kiel billig"),
                "  ( \\eval{Ort|*=|\"Kiel\"|0}  or  \\eval{Preis|<|10|0} )");
 
   // Opening again comes back to the last filter, with display names until names are asked for.
@@ -99,7 +99,7 @@ TEST_F(FilterDialog, AnEmptyValueTestsForAnEmptyField) {
   ASSERT_EQ(rows.size(), 2u);
   EXPECT_EQ(rows[0].wholeWord, 1);
   EXPECT_EQ(rows[1].wholeWord, 0);
-  EXPECT_STREQ(views::FilterText(db.filters, db.store, "Neuer Filter"),
+  EXPECT_STREQ(listing::FilterText(db.filters, db.store, "Neuer Filter"),
                "   \\eval{Ort|=|\"\"|4}    \\eval{Ort|*=|\"x\"|4} ");
 }
 

@@ -8,11 +8,11 @@
 #include "api/field_helpers.h"
 #include "engine/db_manager.h"
 #include "engine/handle_table.h"
-#include "views/filter_parts.h"
+#include "listing/filter_parts.h"
 #include "verdal.h"
 
 using namespace verdal;
-using views::TDBFilterParts;
+using listing::TDBFilterParts;
 
 namespace {
 
@@ -54,7 +54,7 @@ class FilteredChildren : public ::testing::Test {
     VERDAL_SetLanguage(0);
   }
   void Store(const char* name, std::initializer_list<Row> rows) {
-    auto item = std::make_unique<views::TDBFilterPartsItem>();
+    auto item = std::make_unique<listing::TDBFilterPartsItem>();
     item->name = name;
     for (const Row& r : rows) {
       TDBFilterParts p;

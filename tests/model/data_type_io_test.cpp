@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "BASE_SOURCE/memfile.h"
+#include "io/memfile.h"
 #include "support/mem_bytes.h"
 #include "model/data_type_io.h"
 

@@ -4,8 +4,8 @@
 
 #include <vector>
 
-#include "BASE_SOURCE/memfile.h"
-#include "BASE_SOURCE/read_ahead_file.h"
+#include "io/memfile.h"
+#include "io/read_ahead_file.h"
 #include "engine/db_manager.h"
 #include "engine/navigation.h"
 #include "engine/record_ops.h"

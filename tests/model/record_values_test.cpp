@@ -103,7 +103,7 @@ TEST(RecordValues, CopiesAndMovesKeepTheirOwnTexts) {
 // A block cut from a load's arena travels with moves, is replaced by heap blocks on edits and is
 // never freed itself; a sanitizer build reports any use of it after its record let go of it.
 TEST(RecordValues, BlocksFromAnArenaMoveAndAreReplacedButNeverFreed) {
-  verdal::srcpool::PageArena arena(1 << 16, 1 << 16, false);
+  verdal::memory::PageArena arena(1 << 16, 1 << 16, false);
   const std::string_view values[] = {"kurz", "ein Wert, der nicht in seinen Platz passt"};
   RecordValues loaded;
   loaded.Assign("id", "Titel", values, 2, &arena);

@@ -15,8 +15,8 @@
 #include <string>
 #include <vector>
 
-#include "BASE_SOURCE/memfile.h"
-#include "BASE_SOURCE/stream_io.h"
+#include "io/memfile.h"
+#include "io/stream_io.h"
 #include "engine/db_manager.h"
 #include "engine/pool_manager.h"
 #include "engine/settings.h"

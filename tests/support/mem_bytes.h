@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "BASE_SOURCE/memfile.h"
+#include "io/memfile.h"
 #include "support/byte_builder.h"
 
 namespace verdal::test_support {

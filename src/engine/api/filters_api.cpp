@@ -1,6 +1,6 @@
 // Exported functions for named filters: the internal query text of a filter or of one condition.
 #include "engine/api/api_frame.h"
-#include "views/filter_text.h"
+#include "listing/filter_text.h"
 #include "verdal.h"
 
 using namespace verdal;
@@ -14,7 +14,7 @@ VERDAL_API const char* VERDAL_GetFilter(VerdalHandle handle, const char* name) {
   return api::WithDatabase("VERDAL_GetFilter", handle, static_cast<const char*>(nullptr),
                            Judge::kLastError, [&](TDBManager& db) -> const char* {
                              if (name == nullptr) return nullptr;
-                             return views::FilterText(db.filters, db.store, name);
+                             return listing::FilterText(db.filters, db.store, name);
                            });
 }
 
@@ -23,7 +23,7 @@ VERDAL_API const char* VERDAL_GetInternalParseString(VerdalHandle handle, int32_
   return api::WithDatabase("VERDAL_GetInternalParseString", handle,
                            static_cast<const char*>(nullptr), Judge::kResult,
                            [&](TDBManager& db) -> const char* {
-                             return views::InternalParseString(db.store, fieldIndex, value, flags);
+                             return listing::InternalParseString(db.store, fieldIndex, value, flags);
                            });
 }
 

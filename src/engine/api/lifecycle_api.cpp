@@ -4,7 +4,7 @@
 #include <cstring>
 #include <vector>
 
-#include "BASE_SOURCE/text_buffer.h"
+#include "io/text_buffer.h"
 #include "engine/api/api_frame.h"
 #include "engine/lifecycle.h"
 #include "engine/link_walk.h"

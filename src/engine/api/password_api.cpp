@@ -2,7 +2,7 @@
 // the database in memory; the next save writes the envelope they ask for.
 #include <string>
 
-#include "BASE_SOURCE/text_buffer.h"
+#include "io/text_buffer.h"
 #include "dialogs/password_dialog.h"
 #include "engine/api/api_frame.h"
 #include "engine/pool_manager.h"
