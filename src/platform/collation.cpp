@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-#include "io/cp1252.h"
+#include "platform/cp1252.h"
 
 namespace verdal::platform {
 namespace {
