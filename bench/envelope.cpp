@@ -17,7 +17,7 @@
 #include "io/memfile.h"
 #include "engine/db_manager.h"
 #include "engine/handle_table.h"
-#include "model/database_file.h"
+#include "storage/database_file.h"
 #include "crypto/memory_container.h"
 #include "storage/envelope.h"
 #include "verdal.h"
@@ -57,7 +57,7 @@ Shared& Data() {
     s->handle = BuildDatabase();
     TDBManager* db = verdal::engine::Handles().Lookup(s->handle);
     TMemFile f(2000000);
-    verdal::model::WriteBody(*db, f);
+    verdal::storage::WriteBody(*db, f);
     s->body.assign(f.Data(), f.Data() + f.GetLength());
     return s;
   }();
@@ -65,18 +65,20 @@ Shared& Data() {
 }
 
 // The envelope carries the prepared body bytes.
-bool WritePrepared(TDBManager&, verdal::TBaseFile& file) {
+bool WritePrepared(verdal::storage::StoredDatabase&, verdal::TBaseFile& file) {
   const std::vector<uint8_t>& b = Data().body;
   file.Write(b.data(), static_cast<int32_t>(b.size()));
   return true;
 }
 std::vector<uint8_t> g_readInto;
-bool ReadPrepared(TDBManager&, verdal::TBaseFile& file) {
+bool ReadPrepared(verdal::storage::StoredDatabase&, verdal::TBaseFile& file) {
   g_readInto.resize(Data().body.size());
   file.Read(g_readInto.data(), static_cast<int32_t>(g_readInto.size()));
   return true;
 }
 const verdal::storage::BodyCodec kPrepared{WritePrepared, ReadPrepared};
+// The benchmark databases carry their password: nothing else is tried.
+verdal::storage::NoPasswords g_noPasswords;
 
 double Seconds(double a, double b) { return b - a; }
 
@@ -161,7 +163,7 @@ void BM_EnvelopeLoad(benchmark::State& state) {
     TDBManager back(1);
     back.password = encipher ? kPassword : "";
     auto t0 = Clock::now();
-    if (!verdal::storage::ReadEnvelope(back, file, kPrepared)) state.SkipWithError("load failed");
+    if (!verdal::storage::ReadEnvelope(back, file, g_noPasswords, kPrepared)) state.SkipWithError("load failed");
     auto t1 = Clock::now();
     auto p0 = Clock::now();
     std::vector<uint8_t> plain;
@@ -208,7 +210,7 @@ void BM_DatabaseLoad(benchmark::State& state) {
   for (auto _ : state) {
     auto back = std::make_unique<TDBManager>(3);
     back->password = db->password;
-    if (!verdal::storage::ReadEnvelope(*back, file)) state.SkipWithError("load failed");
+    if (!verdal::storage::ReadEnvelope(*back, file, g_noPasswords)) state.SkipWithError("load failed");
   }
 }
 BENCHMARK(BM_DatabaseLoad)->Arg(0)->Arg(1)->Arg(3)->Iterations(3)->Unit(benchmark::kMillisecond);

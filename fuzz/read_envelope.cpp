@@ -8,6 +8,7 @@
 
 #include "io/memfile.h"
 #include "engine/db_manager.h"
+#include "engine/file_passwords.h"
 #include "storage/envelope.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -19,6 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   // Separate names keep the session password of one kind of run away from the other.
   db.fileName = withPassword ? "known.dbd" : "unknown.dbd";
   if (withPassword) db.password = "Fuzz-Seed-42";
-  verdal::storage::ReadEnvelope(db, file);
+  verdal::engine::FilePasswords passwords(db.fileName);
+  verdal::storage::ReadEnvelope(db, file, passwords);
   return 0;
 }

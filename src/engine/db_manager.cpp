@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include "engine/file_passwords.h"
 #include "engine/handle_table.h"
 #include "engine/last_error.h"
 #include "engine/pool_manager.h"
@@ -13,7 +14,7 @@
 
 namespace verdal::engine {
 
-TDBManager::TDBManager(int32_t sizeClass) : store(sizeClass) {
+TDBManager::TDBManager(int32_t sizeClass) : StoredDatabase(sizeClass) {
   store.rootExpanded = true;
   identifier = platform::NewGuidText();
   lastCheck = platform::TickCount();
@@ -47,7 +48,8 @@ std::string BackupNameOf(const std::string& name) {
 
 bool ReadFile(TDBManager& db, TBaseFile& file) {
   try {
-    return storage::ReadEnvelope(db, file);
+    FilePasswords passwords(db.fileName);
+    return storage::ReadEnvelope(db, file, passwords);
   } catch (...) {
     return false;
   }

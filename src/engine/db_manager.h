@@ -7,12 +7,11 @@
 #include <vector>
 
 #include "io/fileex.h"
-#include "model/node_store.h"
-#include "listing/filter_parts.h"
+#include "storage/stored_database.h"
 
 namespace verdal::engine {
 
-class TDBManager {
+class TDBManager : public storage::StoredDatabase {
  public:
   // A new, empty database: one view, version 13, current cursor -2, a fresh identifier.
   explicit TDBManager(int32_t sizeClass);
@@ -40,21 +39,11 @@ class TDBManager {
   void MarkDirty() { dirty = true; }
 
   std::unique_ptr<TFileEx> file;  // stays open between saves; null for a database in memory
-  model::NodeStore store;
-  listing::TDBFilterCollection filters;
-  int16_t version = 13;
-  uint32_t reservedWord = 0;
-  bool compressed = false;
-  bool enciphered = false;
-  uint32_t storedLength = 0;
-  uint32_t plainLength = 0;
-  std::string password;
   bool dirty = false;
   bool importMode = false;
   bool saveOnClose = true;
   bool readOnly = false;
   int64_t fileTime = 0;  // last-write time in nanoseconds, kept for read-only and import mode
-  std::string defaultPrintOption;
   std::vector<int32_t> deletedRows;
   intptr_t sqlConnection = 0;
   std::string keyColumn;
@@ -67,7 +56,6 @@ class TDBManager {
   bool writeBack = false;
   std::string backupName;
   std::string temporaryName;
-  std::string identifier;
   bool closing = false;
 
  private:

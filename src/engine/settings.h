@@ -7,7 +7,6 @@
 namespace verdal::engine {
 
 struct Settings {
-  char applicationName[101] = "Verdal Version 1.0";
   bool notify = true;
   VerdalNotifyFn notification = nullptr;
   intptr_t notificationUser = 0;

@@ -1,4 +1,4 @@
-#include "model/database_file.h"
+#include "storage/database_file.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -13,7 +13,6 @@
 #include "io/memfile.h"
 #include "io/read_ahead_file.h"
 #include "io/stream_io.h"
-#include "engine/db_manager.h"
 #include "model/cursor.h"
 #include "model/data_type_io.h"
 #include "model/fields.h"
@@ -21,7 +20,9 @@
 #include "platform/trace.h"
 #include "listing/filter_parts.h"
 
-namespace verdal::model {
+namespace verdal::storage {
+
+using namespace model;
 
 namespace {
 
@@ -119,7 +120,7 @@ bool ReadEmptyContainer(File& f) {
   return ReadInt32(f) == 0 || Refuse("option containers");
 }
 
-void WriteDefinitions(engine::TDBManager& db, TBaseFile& f) {
+void WriteDefinitions(StoredDatabase& db, TBaseFile& f) {
   WriteUInt32(kDataRecordMark, f);  // list display and sort definitions
   WriteInt32(1, f);
   WriteString("", f);
@@ -131,7 +132,7 @@ void WriteDefinitions(engine::TDBManager& db, TBaseFile& f) {
 }
 
 template <class File>
-bool ReadDefinitions(engine::TDBManager& db, File& f) {
+bool ReadDefinitions(StoredDatabase& db, File& f) {
   int16_t v = db.version;
   if (!ReadEmptyListDefinitions(f)) return false;
   if (v >= kDefaultPrintSince) ReadString(db.defaultPrintOption, f);
@@ -365,7 +366,7 @@ T* InsertLoaded(TDBIdMap<T>& map, T&& object, int32_t id, const char* what, memo
 }
 
 template <class File>
-bool WriteBodyTo(engine::TDBManager& db, File& f) {
+bool WriteBodyTo(StoredDatabase& db, File& f) {
   NodeStore& store = db.store;
   // Tree order travels in the places' positions; inserts since the last compaction left them
   // behind the tree.
@@ -421,7 +422,7 @@ memory::PageArena& LoadArena(NodeStore& store, int64_t bodyBytes) {
 }
 
 template <class File>
-bool ReadBodyFrom(engine::TDBManager& db, File& f) {
+bool ReadBodyFrom(StoredDatabase& db, File& f) {
   NodeStore& store = db.store;
   if (db.version >= kCountersSince) {
     store.nextCategoryId = ReadInt32(f);
@@ -504,16 +505,16 @@ bool ReadBodyFrom(engine::TDBManager& db, File& f) {
 }  // namespace
 
 // A save into memory, as nearly every save is, writes with the memory stream's inline writes.
-bool WriteBody(engine::TDBManager& db, TBaseFile& f) {
+bool WriteBody(StoredDatabase& db, TBaseFile& f) {
   if (auto* memory = dynamic_cast<TMemFile*>(&f)) return WriteBodyTo(db, *memory);
   return WriteBodyTo(db, f);
 }
 
 // A body in memory or streaming through a window, as every load has it, is read with inline reads.
-bool ReadBody(engine::TDBManager& db, TBaseFile& f) {
+bool ReadBody(StoredDatabase& db, TBaseFile& f) {
   if (auto* memory = dynamic_cast<TMemFile*>(&f)) return ReadBodyFrom(db, *memory);
   if (auto* window = dynamic_cast<TReadAheadFile*>(&f)) return ReadBodyFrom(db, *window);
   return ReadBodyFrom(db, f);
 }
 
-}  // namespace verdal::model
+}  // namespace verdal::storage

@@ -15,13 +15,9 @@
 #include "io/memfile.h"
 #include "io/read_ahead_file.h"
 #include "io/stream_io.h"
-#include "engine/db_manager.h"
-#include "engine/pool_manager.h"
-#include "engine/settings.h"
-#include "model/database_file.h"
-#include "platform/language.h"
+#include "storage/database_file.h"
+#include "storage/database_file.h"
 #include "crypto/memory_container.h"
-#include "ui/host.h"
 
 namespace verdal::storage {
 
@@ -31,7 +27,6 @@ constexpr int32_t kFirstBlock = 2000000;  // start and growth step of the memory
 constexpr int kBlockSize100k = 9;
 constexpr int kVerbosity = 0;
 constexpr int kWorkFactor = 30;
-constexpr int32_t kPasswordLimit = 31;
 
 // Header fields that arrived with later versions.
 constexpr int16_t kIdentifierSince = 11;
@@ -58,7 +53,7 @@ void SeekTo(TBaseFile& file, int32_t position) {
   if (file.Seek(position) != position) throw TReadWriteException();
 }
 
-void WriteLengths(const engine::TDBManager& db, TBaseFile& file) {
+void WriteLengths(const StoredDatabase& db, TBaseFile& file) {
   WriteBool(db.compressed, file);
   WriteBool(db.enciphered, file);
   WriteUInt32(db.plainLength, file);
@@ -67,7 +62,7 @@ void WriteLengths(const engine::TDBManager& db, TBaseFile& file) {
 
 // The four length and flag fields once more, now that they are known, and the file cut behind
 // the payload.
-bool FinishHeader(const engine::TDBManager& db, TBaseFile& file, int32_t flagsAt) {
+bool FinishHeader(const StoredDatabase& db, TBaseFile& file, int32_t flagsAt) {
   const int32_t end = file.Tell();
   SeekTo(file, flagsAt);
   WriteLengths(db, file);
@@ -79,7 +74,7 @@ bool FinishHeader(const engine::TDBManager& db, TBaseFile& file, int32_t flagsAt
 // The body without compression or cipher. It is put together in memory and written in one piece:
 // the body writer's many small writes would each be a system call on a disk file. Where memory
 // fails, it goes straight into the file.
-bool WritePlain(engine::TDBManager& db, TBaseFile& file, const BodyCodec& body, int32_t flagsAt,
+bool WritePlain(StoredDatabase& db, TBaseFile& file, const BodyCodec& body, int32_t flagsAt,
                 int32_t payloadAt) {
   SeekTo(file, payloadAt);
   bool inMemory = false;
@@ -101,12 +96,12 @@ bool WritePlain(engine::TDBManager& db, TBaseFile& file, const BodyCodec& body, 
   return FinishHeader(db, file, flagsAt);
 }
 
-bool WriteEnvelopeOrThrow(engine::TDBManager& db, TBaseFile& file, const BodyCodec& body) {
+bool WriteEnvelopeOrThrow(StoredDatabase& db, TBaseFile& file, const BodyCodec& body) {
   RangeLock lock(file);
   file.SeekToBegin();
   if (!db.store.views.empty()) db.store.rootExpanded = db.store.MainView().root.expanded;
-  db.version = model::kFileVersion;
-  WriteUInt32(model::kSectionMark, file);
+  db.version = kFileVersion;
+  WriteUInt32(kSectionMark, file);
   WriteInt16(db.version, file);
   WriteUInt32(db.reservedWord, file);
   const int32_t flagsAt = file.Tell();
@@ -212,29 +207,25 @@ bool PlainLengthFits(uint32_t plainLength, const uint8_t* data, uint64_t length,
   return uint64_t{plainLength} * 2 <= AvailableMemory();
 }
 
-// Deciphers the payload with the database's password, the session password of its file, or
-// what the user types, until one fits. False when the user cancels.
-bool Decipher(engine::TDBManager& db, const uint8_t* stored, uint32_t storedLength,
-              std::vector<uint8_t>& plain, uint32_t& plainLength) {
+// Deciphers the payload with the database's password, the one the source remembers, or the ones it
+// asks for, until one fits. False when the source has no more.
+bool Decipher(StoredDatabase& db, PasswordSource& passwords, const uint8_t* stored,
+              uint32_t storedLength, std::vector<uint8_t>& plain, uint32_t& plainLength) {
   if (db.password.empty()) {
-    if (const std::string* session = engine::Pool().SessionPassword(db.fileName))
-      db.password = *session;
+    if (std::optional<std::string> remembered = passwords.Remembered()) db.password = *remembered;
   }
   for (;;) {
     if (!db.password.empty()) {
       int32_t length = 0;
       if (crypto::DecryptMemory(db.password.c_str(), stored, static_cast<int32_t>(storedLength),
                                 plain, length)) {
-        engine::Pool().SetSessionPassword(db.fileName, db.password);
+        passwords.Opened(db.password);
         plainLength = static_cast<uint32_t>(length);
         return true;
       }
       std::vector<uint8_t>().swap(plain);
     }
-    const char* prompt = platform::IsGerman() ? "Bitte geben Sie das Pa\xDFwort ein:"
-                                              : "Please enter the password:";
-    std::optional<std::string> entered = ui::CurrentHost().PromptPassword(
-        nullptr, engine::Switches().applicationName, prompt, kPasswordLimit);
+    std::optional<std::string> entered = passwords.Ask();
     if (!entered) {
       db.password.clear();
       return false;
@@ -243,12 +234,13 @@ bool Decipher(engine::TDBManager& db, const uint8_t* stored, uint32_t storedLeng
   }
 }
 
-bool ReadEnvelopeOrThrow(engine::TDBManager& db, TBaseFile& file, const BodyCodec& body) {
+bool ReadEnvelopeOrThrow(StoredDatabase& db, TBaseFile& file, PasswordSource& passwords,
+                         const BodyCodec& body) {
   model::ClearStore(db.store, false);
   file.SeekToBegin();
-  if (ReadUInt32(file) != model::kSectionMark) return false;
+  if (ReadUInt32(file) != kSectionMark) return false;
   db.version = ReadInt16(file);
-  if (db.version > model::kFileVersion) return false;
+  if (db.version > kFileVersion) return false;
   ReadUInt32(file);  // reserved word, of no meaning to the reader
   db.compressed = ReadBool(file);
   db.enciphered = ReadBool(file);
@@ -276,7 +268,7 @@ bool ReadEnvelopeOrThrow(engine::TDBManager& db, TBaseFile& file, const BodyCode
 
   std::vector<uint8_t> plain;
   if (db.enciphered) {
-    if (!Decipher(db, stored.get(), db.storedLength, plain, length)) return false;
+    if (!Decipher(db, passwords, stored.get(), db.storedLength, plain, length)) return false;
     stored.reset();
     data = plain.data();
   }
@@ -307,7 +299,7 @@ bool ReadEnvelopeOrThrow(engine::TDBManager& db, TBaseFile& file, const BodyCode
 
 }  // namespace
 
-BodyCodec DatabaseBody() { return BodyCodec{&model::WriteBody, &model::ReadBody}; }
+BodyCodec DatabaseBody() { return BodyCodec{&storage::WriteBody, &storage::ReadBody}; }
 
 uint64_t Bzip2OutputBound(const uint8_t* stream, uint64_t length) {
   if (length < 4 || std::memcmp(stream, "BZh", 3) != 0 || stream[3] < '1' || stream[3] > '9')
@@ -327,7 +319,7 @@ uint64_t Bzip2OutputBound(const uint8_t* stream, uint64_t length) {
   return blocks * perBlock;
 }
 
-bool WriteEnvelope(engine::TDBManager& db, TBaseFile& file, const BodyCodec& body) {
+bool WriteEnvelope(StoredDatabase& db, TBaseFile& file, const BodyCodec& body) {
   try {
     return WriteEnvelopeOrThrow(db, file, body);
   } catch (...) {
@@ -335,20 +327,21 @@ bool WriteEnvelope(engine::TDBManager& db, TBaseFile& file, const BodyCodec& bod
   }
 }
 
-bool ReadEnvelope(engine::TDBManager& db, TBaseFile& file, const BodyCodec& body) {
+bool ReadEnvelope(StoredDatabase& db, TBaseFile& file, PasswordSource& passwords,
+                  const BodyCodec& body) {
   try {
-    return ReadEnvelopeOrThrow(db, file, body);
+    return ReadEnvelopeOrThrow(db, file, passwords, body);
   } catch (...) {
     return false;
   }
 }
 
-bool WriteEnvelope(engine::TDBManager& db, TBaseFile& file) {
+bool WriteEnvelope(StoredDatabase& db, TBaseFile& file) {
   return WriteEnvelope(db, file, DatabaseBody());
 }
 
-bool ReadEnvelope(engine::TDBManager& db, TBaseFile& file) {
-  return ReadEnvelope(db, file, DatabaseBody());
+bool ReadEnvelope(StoredDatabase& db, TBaseFile& file, PasswordSource& passwords) {
+  return ReadEnvelope(db, file, passwords, DatabaseBody());
 }
 
 }  // namespace verdal::storage

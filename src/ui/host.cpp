@@ -1,7 +1,5 @@
 #include "ui/host.h"
 
-#include "engine/settings.h"
-
 namespace verdal::ui {
 
 namespace {
@@ -12,6 +10,7 @@ HeadlessHost& Headless() {
 }
 
 Host* g_host = nullptr;
+std::string g_applicationName = "Verdal Version 1.0";
 
 }  // namespace
 
@@ -19,8 +18,12 @@ Host& CurrentHost() { return g_host != nullptr ? *g_host : Headless(); }
 
 void SetHost(Host* host) { g_host = host; }
 
+const std::string& ApplicationName() { return g_applicationName; }
+
+void SetApplicationName(const char* name) { g_applicationName = name != nullptr ? name : ""; }
+
 void StopMessage(VerdalWindow parent, const std::string& text) {
-  CurrentHost().MessageBox(parent, engine::Switches().applicationName, text, Buttons::kOk,
+  CurrentHost().MessageBox(parent, ApplicationName(), text, Buttons::kOk,
                            Icon::kStop, Answer::kOk);
 }
 

@@ -116,6 +116,10 @@ Host& CurrentHost();
 // Null restores the headless host. The caller keeps ownership and keeps the host alive while set.
 void SetHost(Host* host);
 
+// The host's application name, at most 100 characters: the title of every message box and prompt.
+const std::string& ApplicationName();
+void SetApplicationName(const char* name);
+
 // A stop message with OK, titled with the application name: how dialogs refuse input.
 void StopMessage(VerdalWindow parent, const std::string& text);
 

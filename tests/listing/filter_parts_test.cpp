@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/db_manager.h"
-#include "model/database_file.h"
+#include "storage/database_file.h"
 #include "support/mem_bytes.h"
 
 using namespace verdal;
@@ -102,9 +102,9 @@ TEST(FilterStore, TravelsWithTheDatabaseBody) {
   engine::TDBManager db(0), back(0);
   db.filters.CopyFrom(Sample());
   TMemFile f(1024);
-  ASSERT_TRUE(model::WriteBody(db, f));
+  ASSERT_TRUE(storage::WriteBody(db, f));
   f.Seek(0);
-  back.version = model::kFileVersion;
-  ASSERT_TRUE(model::ReadBody(back, f));
+  back.version = storage::kFileVersion;
+  ASSERT_TRUE(storage::ReadBody(back, f));
   EXPECT_EQ(Written(back.filters), SampleBytes().b);
 }

@@ -11,13 +11,13 @@
 #include "engine/record_ops.h"
 #include "engine/values.h"
 #include "model/cursor.h"
-#include "model/database_file.h"
+#include "storage/database_file.h"
 #include "model/fields.h"
 #include "support/mem_bytes.h"
 
 using namespace verdal;
-using model::kDataRecordMark;
-using model::kSectionMark;
+using storage::kDataRecordMark;
+using storage::kSectionMark;
 using test_support::Bytes;
 using test_support::Contents;
 
@@ -36,13 +36,13 @@ Bytes EmptyDefinitions() {
 
 std::vector<uint8_t> WriteBodyOf(engine::TDBManager& db) {
   TMemFile f(1024);
-  EXPECT_TRUE(model::WriteBody(db, f));
+  EXPECT_TRUE(storage::WriteBody(db, f));
   return Contents(f);
 }
 
 bool ReadBodyInto(engine::TDBManager& db, const Bytes& bytes) {
   auto f = test_support::FileOf(bytes);
-  return model::ReadBody(db, *f);
+  return storage::ReadBody(db, *f);
 }
 
 model::TDBFieldInfo TextField(const char* name) {
@@ -75,12 +75,12 @@ TEST(DatabaseBody, RoundTripKeepsTreeValuesAndCountersButNoTemporaryRecord) {
   int32_t temp = engine::AddRecord(db, -1, "t", true, "weg", 0, nullptr);
   db.store.currentCursor = r1;
   TMemFile f(256);
-  model::WriteBody(db, f);
+  storage::WriteBody(db, f);
 
   engine::TDBManager back(1);
   back.store.currentCursor = r1;  // the header before the body carries it
   f.Seek(0);
-  ASSERT_TRUE(model::ReadBody(back, f));
+  ASSERT_TRUE(storage::ReadBody(back, f));
   EXPECT_EQ(*model::FieldValue(back.store, r1, 0), "eins");
   EXPECT_EQ(back.store.places.Find(temp), nullptr);
   EXPECT_EQ(back.store.currentCursor, r1);
@@ -98,7 +98,7 @@ TEST(DatabaseBody, RoundTripKeepsTreeValuesAndCountersButNoTemporaryRecord) {
   engine::TDBManager streamed(1);
   f.Seek(0);
   TReadAheadFile window(f, f.GetLength(), 5);
-  ASSERT_TRUE(model::ReadBody(streamed, window));
+  ASSERT_TRUE(storage::ReadBody(streamed, window));
   for (int32_t cursor : {r0, r1, r2}) {
     const model::TDBDataRecord* want = model::DataOf(back.store, back.store.places.Find(cursor));
     const model::TDBDataRecord* got = model::DataOf(streamed.store, streamed.store.places.Find(cursor));

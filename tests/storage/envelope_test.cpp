@@ -18,8 +18,8 @@
 #include "io/memfile.h"
 #include "io/stream_io.h"
 #include "engine/db_manager.h"
+#include "engine/file_passwords.h"
 #include "engine/pool_manager.h"
-#include "engine/settings.h"
 #include "platform/language.h"
 #include "ui/scripted_host.h"
 
@@ -65,17 +65,17 @@ std::string g_body;
 std::string g_readBack;
 int g_writes = 0;
 
-bool WriteBlob(TDBManager&, verdal::TBaseFile& file) {
+bool WriteBlob(verdal::storage::StoredDatabase&, verdal::TBaseFile& file) {
   ++g_writes;
   verdal::WriteString(g_body, file);
   return true;
 }
-bool ReadBlob(TDBManager&, verdal::TBaseFile& file) {
+bool ReadBlob(verdal::storage::StoredDatabase&, verdal::TBaseFile& file) {
   verdal::ReadString(g_readBack, file);
   return true;
 }
 // Fails into memory, works on the file itself.
-bool WriteBlobNotToMemory(TDBManager& db, verdal::TBaseFile& file) {
+bool WriteBlobNotToMemory(verdal::storage::StoredDatabase& db, verdal::TBaseFile& file) {
   if (g_writes > 0) return WriteBlob(db, file);
   ++g_writes;
   return false;
@@ -125,7 +125,8 @@ class Envelope : public ::testing::Test {
     return Bytes(f);
   }
   bool Load(TDBManager& db, const std::vector<uint8_t>& bytes) {
-    return verdal::storage::ReadEnvelope(db, *FileOf(bytes), kBlob);
+    verdal::engine::FilePasswords passwords(db.fileName);
+    return verdal::storage::ReadEnvelope(db, *FileOf(bytes), passwords, kBlob);
   }
   ScriptedHost host;
 };
@@ -253,7 +254,7 @@ TEST_F(Envelope, PasswordsFromSessionAndPrompt) {
     ASSERT_TRUE(Load(back, bytes));
     EXPECT_EQ(g_readBack, g_body);
     ASSERT_EQ(host.prompts.size(), 3u);
-    EXPECT_EQ(host.prompts[0].title, verdal::engine::Switches().applicationName);
+    EXPECT_EQ(host.prompts[0].title, verdal::ui::ApplicationName());
     EXPECT_EQ(host.prompts[0].prompt, "Bitte geben Sie das Pa\xDFwort ein:");
     EXPECT_EQ(host.prompts[0].limit, 31);
     ASSERT_NE(pool.SessionPassword(name), nullptr);

@@ -4,6 +4,7 @@
 #include "engine/api/api_frame.h"
 #include "engine/pool_manager.h"
 #include "engine/settings.h"
+#include "ui/host.h"
 #include "verdal.h"
 
 using verdal::engine::Pool;
@@ -37,14 +38,8 @@ VERDAL_API void VERDAL_SetNotification(VerdalNotifyFn callback, intptr_t user) {
 }
 
 VERDAL_API int32_t VERDAL_SetApplicationName(const char* name) {
-  char* target = Switches().applicationName;
-  if (name == nullptr) {
-    target[0] = '\0';
-    return 1;
-  }
-  size_t length = std::strlen(name);
-  if (length > 100) return 0;
-  std::memcpy(target, name, length + 1);
+  if (name != nullptr && std::strlen(name) > 100) return 0;
+  verdal::ui::SetApplicationName(name);
   return 1;
 }
 
