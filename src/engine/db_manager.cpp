@@ -87,14 +87,14 @@ bool WriteReplacing(TDBManager& db, const std::string& name) {
 
 void TDBManager::Close() {
   if (dirty && saveOnClose) SafeSave();
-  sqlConnection = 0;
+  sqlLink.connection = 0;
   file.reset();
   if (!temporaryName.empty() && platform::FileExists(temporaryName.c_str()))
     platform::WipeFile(temporaryName.c_str());
 }
 
 bool TDBManager::SafeSave() {
-  if (readOnly || importMode || !file) return true;
+  if (readOnly || importLink.active || !file) return true;
   Pool().SetSessionPassword(fileName, password);
   file.reset();
   const char* backup = backupName.c_str();
@@ -173,7 +173,7 @@ bool TDBManager::Open(const char* name, bool create, bool readOnlyIn, bool refus
     file.reset();
     return false;
   }
-  if (!readOnly && !importMode && exists && !platform::FileExists(backupName.c_str())) {
+  if (!readOnly && !importLink.active && exists && !platform::FileExists(backupName.c_str())) {
     if (platform::CopyFile(name, backupName.c_str())) platform::MakeWritable(backupName.c_str());
   }
   if (readOnly) platform::FileTime(name, fileTime);

@@ -11,6 +11,25 @@
 
 namespace verdal::engine {
 
+// The binding to a table of an SQL server, to which every change is written through. Set by the
+// SQL back-ends; a connection of 0 means none.
+struct SqlLink {
+  intptr_t connection = 0;
+  std::string keyColumn;
+  std::string tableName;
+  std::string databaseName;
+  bool serverKind = false;
+};
+
+// Import mode: the database holds what an exchange file brought and, with write-back, gives its
+// changes and deleted rows back to it.
+struct ImportLink {
+  bool active = false;
+  std::string fileName;
+  bool writeBack = false;
+  std::vector<int32_t> deletedRows;
+};
+
 class TDBManager : public storage::StoredDatabase {
  public:
   // A new, empty database: one view, version 13, current cursor -2, a fresh identifier.
@@ -38,25 +57,20 @@ class TDBManager : public storage::StoredDatabase {
 
   void MarkDirty() { dirty = true; }
 
+  // The file, owned by the lifecycle above.
   std::unique_ptr<TFileEx> file;  // stays open between saves; null for a database in memory
-  bool dirty = false;
-  bool importMode = false;
-  bool saveOnClose = true;
-  bool readOnly = false;
-  int64_t fileTime = 0;  // last-write time in nanoseconds, kept for read-only and import mode
-  std::vector<int32_t> deletedRows;
-  intptr_t sqlConnection = 0;
-  std::string keyColumn;
-  std::string tableName;
-  bool serverKind = false;
-  std::string databaseName;
-  uint32_t lastCheck = 0;
   std::string fileName;
-  std::string importFile;
-  bool writeBack = false;
   std::string backupName;
   std::string temporaryName;
+  bool readOnly = false;
+  int64_t fileTime = 0;     // last-write time in nanoseconds, kept for read-only and import mode
+  uint32_t lastCheck = 0;   // tick of the last look at fileTime
+  bool dirty = false;
+  bool saveOnClose = true;
   bool closing = false;
+
+  SqlLink sqlLink;
+  ImportLink importLink;
 
  private:
   uint32_t handle_ = 0;

@@ -24,7 +24,7 @@ enum class Reuse { kUse, kFail, kReplace };
 Reuse ReuseOpen(TDBManager& db, const OpenRequest& r) {
   if (db.closing) return Reuse::kFail;
   bool isImport = platform::HasExtension(r.fileName, ".imp");
-  if (!isImport && !r.readOnly && db.readOnly && !db.importMode) {
+  if (!isImport && !r.readOnly && db.readOnly && !db.importLink.active) {
     // Somebody wants to write a database that was opened read-only.
     if (!db.Open(r.fileName, false, false, r.refuseReadOnly)) return Reuse::kFail;
   }

@@ -6,7 +6,7 @@ namespace verdal::engine {
 
 // No gateway module can be loaded in this build, so no database is ever bound to a table; a
 // binding that somehow exists cannot be written through and fails rather than diverge.
-bool IsLinkedToTable(const TDBManager& db) { return db.sqlConnection != 0; }
+bool IsLinkedToTable(const TDBManager& db) { return db.sqlLink.connection != 0; }
 
 bool InsertLinkedRow(TDBManager& db, model::TDBDataRecord&, VerdalWindow) {
   return !IsLinkedToTable(db);

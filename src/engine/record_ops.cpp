@@ -41,7 +41,7 @@ bool RemovePlace(TDBManager& db, TDBCategoryData* place) {
       SetLastError(23);
       return false;
     }
-    if (db.writeBack) db.deletedRows.push_back(data->externalRow);
+    if (db.importLink.writeBack) db.importLink.deletedRows.push_back(data->externalRow);
   }
   int32_t dataId = place->dataId;
   ReleaseData(store, dataId);

@@ -82,7 +82,7 @@ VERDAL_API int32_t VERDAL_GetDBProperties(VerdalHandle handle, VerdalDBPropertie
       return 0;
     }
     properties->readOnly = db.readOnly ? 1 : 0;
-    properties->importMode = db.importMode ? 1 : 0;
+    properties->importMode = db.importLink.active ? 1 : 0;
     CopyCut(properties->fileName, sizeof properties->fileName, db.fileName);
     CopyCut(properties->password, sizeof properties->password, db.password);
     return 1;
