@@ -22,25 +22,36 @@ extern "C" {
 typedef uint32_t VerdalHandle;
 typedef void* VerdalWindow;
 
-/* Last-error codes. */
+/* Last-error codes (VERDAL_GetLastError); VERDAL_GetLastErrorString gives the text of each. */
 enum {
-  VERDAL_OK = 0,
-  VERDAL_E_HANDLE = 1,
-  VERDAL_E_FIELD = 2,
-  VERDAL_E_CROSS_FIELD = 3,
-  VERDAL_E_CROSS_OPEN = 4,
-  VERDAL_E_CURSOR = 5,
-  VERDAL_E_CATEGORY_CURSOR = 6,
-  VERDAL_E_CROSS_TABLE = 7,
-  VERDAL_E_CANCELLED = 8,
-  VERDAL_E_READ_ONLY_FIELD = 9,
-  VERDAL_E_TARGET = 10,
-  VERDAL_E_INPUT = 11,
-  VERDAL_E_VIEW = 12,
-  VERDAL_E_QUERY = 13,
-  VERDAL_E_READ_FILE = 25,
-  VERDAL_E_WRITE_FILE = 26,
-  VERDAL_E_ACTION = 27
+  VERDAL_ERR_NONE = 0,
+  VERDAL_ERR_HANDLE = 1,           /* no open database has this handle */
+  VERDAL_ERR_FIELD = 2,            /* no field has this index or name */
+  VERDAL_ERR_CROSS_FIELD = 3,      /* no field of the linked database has this index */
+  VERDAL_ERR_CROSS_OPEN = 4,       /* the linked database cannot be opened */
+  VERDAL_ERR_CURSOR = 5,           /* no place has this cursor */
+  VERDAL_ERR_CATEGORY_CURSOR = 6,  /* no category place has this cursor */
+  VERDAL_ERR_CROSS_TABLE = 7,      /* the field is no link to another database */
+  VERDAL_ERR_CANCELLED = 8,        /* the user or a notification callback said no */
+  VERDAL_ERR_READ_ONLY_FIELD = 9,  /* the field cannot be written */
+  VERDAL_ERR_TARGET = 10,          /* the target is not what the call needs (no data record, ...) */
+  VERDAL_ERR_INPUT = 11,           /* an argument or value is not acceptable */
+  VERDAL_ERR_VIEW = 12,            /* no view has this number */
+  VERDAL_ERR_QUERY = 13,           /* the query text does not parse or bind */
+  VERDAL_ERR_BRIDGE_LOAD = 14,     /* the gateway module cannot be loaded */
+  VERDAL_ERR_IMPORT = 15,          /* the import was cancelled or failed */
+  VERDAL_ERR_EXCHANGE_MISSING = 16, /* the exchange file is not there */
+  VERDAL_ERR_EXCHANGE_OPEN = 17,   /* the exchange file cannot be opened */
+  VERDAL_ERR_SQL_INSERT = 18,      /* the linked SQL table took no new row */
+  VERDAL_ERR_MOVE = 19,            /* the node cannot move there (below itself, the root) */
+  VERDAL_ERR_PARENT_RECORD = 20,   /* a new node's parent is a record, not a category */
+  VERDAL_ERR_INTERNAL = 21,        /* the engine failed inside (out of memory, an exception) */
+  VERDAL_ERR_INDEX = 22,           /* an index outside its range (special data) */
+  VERDAL_ERR_SQL_DELETE = 23,      /* the linked SQL table kept a row it should drop */
+  VERDAL_ERR_SQL_UPDATE = 24,      /* the linked SQL table took no change */
+  VERDAL_ERR_READ_FILE = 25,       /* the file cannot be read or is damaged */
+  VERDAL_ERR_WRITE_FILE = 26,      /* the file cannot be written */
+  VERDAL_ERR_ACTION = 27           /* an action failed; its message is the text of this code */
 };
 
 /* Pseudo cursors. */

@@ -16,8 +16,6 @@ using namespace model;
 
 namespace {
 
-constexpr int32_t kMoveFailed = 19;
-
 bool Shows(int32_t mode, const TDBNode* node) {
   if (node->place != nullptr && node->place->temporary) return false;
   return node->isCategory ? mode != kModeRecords : mode != kModeCategories;
@@ -90,7 +88,7 @@ int32_t GetCategoryInfo(TDBManager& db, int32_t cursor, TDBCategoryQuery& q) {
   NodeStore& store = db.store;
   TDBCategoryData* place = cursor >= 0 || cursor == -2 ? LookupPlace(store, cursor) : nullptr;
   if (place == nullptr) {
-    SetLastError(5);
+    SetLastError(ErrorCode::kCursor);
     return 0;
   }
   if (q.isCategory != nullptr) *q.isCategory = place->isCategory ? 1 : 0;
@@ -111,7 +109,7 @@ int32_t GetCategoryInfo(TDBManager& db, int32_t cursor, TDBCategoryQuery& q) {
   TDBNodeManagerItem* view = store.View(q.viewIndex);
   TDBNode* node = view != nullptr ? NodeInView(store, q.viewIndex, place) : nullptr;
   if (node == nullptr) {
-    SetLastError(12);
+    SetLastError(ErrorCode::kView);
     return 0;
   }
   view->EnsureNumbered();
@@ -129,13 +127,13 @@ bool CollectChildren(TDBManager& db, int32_t cursor, int32_t viewIndex, bool rec
   int32_t resolved = ResolveCursor(store, cursor);
   TDBCategoryData* place = LookupPlace(store, resolved);  // null for -1 too
   if (place == nullptr) {
-    SetLastError(5);
+    SetLastError(ErrorCode::kCursor);
     return false;
   }
   TDBNodeManagerItem* view = store.View(viewIndex);
   TDBNode* node = view != nullptr ? NodeInView(store, viewIndex, place) : nullptr;
   if (node == nullptr) {
-    SetLastError(12);
+    SetLastError(ErrorCode::kView);
     return false;
   }
   if (kinds == -1) kinds = view->mode;
@@ -150,7 +148,7 @@ int32_t SetCategoryInfo(TDBManager& db, int32_t cursor, const char* name, const 
   int32_t resolved = ResolveCursor(store, cursor);
   TDBCategoryData* place = LookupPlace(store, resolved);  // null for -1 too
   if (place == nullptr) {
-    SetLastError(5);
+    SetLastError(ErrorCode::kCursor);
     return 0;
   }
   bool renamed = false, reopened = false, moved = false;
@@ -158,22 +156,22 @@ int32_t SetCategoryInfo(TDBManager& db, int32_t cursor, const char* name, const 
   auto finish = [&](int32_t result) {
     if (renamed || reopened || moved) db.MarkDirty();
     if (result == 0) return result;
-    if (renamed) NotifyChange(&db, resolved, 8, -8, 0, 0);
-    if (reopened) NotifyChange(&db, resolved, 10, -10, 0, 0);
-    if (moved) NotifyChange(&db, resolved, 9, -10, 0, 0);
+    if (renamed) NotifyChange(&db, resolved, VERDAL_NOTIFY_VALUE_CHANGED, -8, 0, 0);
+    if (reopened) NotifyChange(&db, resolved, VERDAL_NOTIFY_CATEGORY_CHANGED, -10, 0, 0);
+    if (moved) NotifyChange(&db, resolved, VERDAL_NOTIFY_SHAPE_CHANGED, -10, 0, 0);
     return result;
   };
   if (name != nullptr) renamed = SetNodeText(store, resolved, name, true);
   if (expanded != nullptr) {
     TDBNodeManagerItem* view = store.View(viewIndex);
     if (view == nullptr) {
-      SetLastError(12);
+      SetLastError(ErrorCode::kView);
       return finish(0);
     }
     TDBNode* node = NodeInView(store, viewIndex, place);
     TDBCategoryRecord* rec = store.categories.Find(place->categoryId);
     if (node == nullptr || (!place->IsRootPlace() && (!place->isCategory || rec == nullptr))) {
-      SetLastError(10);
+      SetLastError(ErrorCode::kTarget);
       return finish(0);
     }
     node->expanded = *expanded != 0;
@@ -184,13 +182,13 @@ int32_t SetCategoryInfo(TDBManager& db, int32_t cursor, const char* name, const 
   if (newParent != nullptr) {
     TDBNode* node = NodeOf(store, place);
     if (node == nullptr || place->IsRootPlace()) {
-      SetLastError(10);
+      SetLastError(ErrorCode::kTarget);
       return finish(0);
     }
     TDBNode* target = NodeOf(store, LookupPlace(store, *newParent));
     int32_t at = position != nullptr ? *position : -1;
     if (MoveNode(store, node, target, mode, at, checkOnly) != 1) {
-      SetLastError(kMoveFailed);
+      SetLastError(ErrorCode::kMove);
       return finish(0);
     }
     if (positionOut != nullptr) *positionOut = at;

@@ -39,12 +39,13 @@ const char* const kMessages[] = {
     "Fehler beim Schreiben der Datei!",
 };
 constexpr int32_t kMessageCount = sizeof kMessages / sizeof kMessages[0];
-constexpr int32_t kActionMessageCode = 27;
+constexpr int32_t kActionMessageCode = VERDAL_ERR_ACTION;
+static_assert(kMessageCount == VERDAL_ERR_WRITE_FILE + 1, "every code below the action message has its text");
 
 }  // namespace
 
 int32_t LastError() { return g_lastError; }
-void SetLastError(int32_t code) { g_lastError = code; }
+void SetLastError(ErrorCode code) { g_lastError = static_cast<int32_t>(code); }
 
 const char* ErrorMessage(int32_t code) {
   if (code == kActionMessageCode) return g_actionMessage.c_str();

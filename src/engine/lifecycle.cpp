@@ -91,7 +91,7 @@ uint32_t OpenDatabase(const OpenRequest& request) {
 
 bool CloseDatabase(uint32_t handle) {
   if (!Pool().Remove(handle, false)) {
-    SetLastError(1);
+    SetLastError(ErrorCode::kHandle);
     return false;
   }
   delete Handles().Lookup(handle);

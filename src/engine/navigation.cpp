@@ -47,7 +47,7 @@ int32_t Seek(TDBManager& db, int32_t cursor, int32_t count, bool wrap, bool desc
     if (at < 0 && count > 0) at = ResolveCursor(store, VERDAL_CURSOR_FIRST);
     if (at < 0 && count < 0) at = ResolveCursor(store, VERDAL_CURSOR_LAST);
     if (at >= 0 && LookupPlace(store, at) == nullptr) {
-      SetLastError(5);
+      SetLastError(ErrorCode::kCursor);
       return -1;
     }
   } else {
@@ -55,7 +55,7 @@ int32_t Seek(TDBManager& db, int32_t cursor, int32_t count, bool wrap, bool desc
     for (;;) {
       at = StepCursor(store, at, count, wrap, descend);
       if (at < 0) {
-        SetLastError(5);
+        SetLastError(ErrorCode::kCursor);
         return -1;
       }
       if (at == start || KindWanted(store, at, kinds)) break;
@@ -65,13 +65,13 @@ int32_t Seek(TDBManager& db, int32_t cursor, int32_t count, bool wrap, bool desc
     FillCategory(store, at, categoryOut);
     return at;
   }
-  if (!NotifyChange(&db, store.currentCursor, 1, -10, 0, 0)) {
-    SetLastError(8);
+  if (!NotifyChange(&db, store.currentCursor, VERDAL_NOTIFY_CURRENT_CHANGING, -10, 0, 0)) {
+    SetLastError(ErrorCode::kCancelled);
     return store.currentCursor;
   }
   store.currentCursor = at;
   FillCategory(store, at, categoryOut);
-  NotifyChange(&db, at, 2, -10, 0, 0);
+  NotifyChange(&db, at, VERDAL_NOTIFY_CURRENT_CHANGED, -10, 0, 0);
   return at;
 }
 
@@ -82,7 +82,7 @@ int32_t MoveChild(TDBManager& db, int32_t cursor, int32_t target, int32_t kinds)
   TDBCategoryData* sourcePlace = LookupPlace(store, source);
   TDBNode* sourceNode = NodeOf(store, sourcePlace);
   if (sourceNode == nullptr || sourcePlace->IsRootPlace()) {
-    SetLastError(5);
+    SetLastError(ErrorCode::kCursor);
     return 0;
   }
 
@@ -118,14 +118,14 @@ int32_t MoveChild(TDBManager& db, int32_t cursor, int32_t target, int32_t kinds)
   TDBCategoryData* targetPlace = LookupPlace(store, targetCursor);
   TDBNode* targetNode = NodeOf(store, targetPlace);
   if (targetNode == nullptr) {
-    SetLastError(5);
+    SetLastError(ErrorCode::kCursor);
     return 0;
   }
   if (targetCursor == source) return 0;
   if (sourcePlace->isCategory && IsBelowOrSelf(targetNode, sourceNode)) return 0;
   TDBNode* sourceParent = sourceNode->parent != nullptr ? sourceNode->parent : &root;
   if (sourceParent->IndexOf(sourceNode) < 0) {
-    SetLastError(5);
+    SetLastError(ErrorCode::kCursor);
     return 0;
   }
   TDBNode* targetParent = targetNode->parent != nullptr ? targetNode->parent : &root;
@@ -147,15 +147,15 @@ int32_t MoveChild(TDBManager& db, int32_t cursor, int32_t target, int32_t kinds)
   Renumber(store);
   store.currentCursor = source;
   db.MarkDirty();
-  NotifyChange(&db, -2, 9, -10, 0, 0);
-  NotifyChange(&db, source, 2, -10, 0, 0);
+  NotifyChange(&db, -2, VERDAL_NOTIFY_SHAPE_CHANGED, -10, 0, 0);
+  NotifyChange(&db, source, VERDAL_NOTIFY_CURRENT_CHANGED, -10, 0, 0);
   return 1;
 }
 
 int32_t IsChildOf(TDBManager& db, int32_t cursor, int32_t other) {
   TDBNode* node = NodeOf(db.store, LookupPlace(db.store, cursor));
   if (node == nullptr) {
-    SetLastError(5);
+    SetLastError(ErrorCode::kCursor);
     return 0;
   }
   TDBNode* otherNode = NodeOf(db.store, LookupPlace(db.store, other));

@@ -35,7 +35,8 @@ bool Send(TDBManager& db, int32_t cursor, int32_t reason) {
 }
 
 bool TravelsAlongLinks(int32_t reason) {
-  return reason == 1 || reason == 2 || reason == 12 || reason == 14;
+  return reason == VERDAL_NOTIFY_CURRENT_CHANGING || reason == VERDAL_NOTIFY_CURRENT_CHANGED ||
+         reason == VERDAL_NOTIFY_FILTERS_CHANGED || reason == VERDAL_NOTIFY_LIST_OPTIONS_CHANGED;
 }
 
 }  // namespace
@@ -59,7 +60,8 @@ bool NotifyChange(TDBManager* db, int32_t cursor, int32_t reason, int32_t field,
   g_record.extra = extra;
   bool result = Send(*db, cursor, reason);
   if (valueOut != nullptr) *valueOut = g_record.value;
-  if (!result && (reason == 1 || reason == 3)) return false;
+  if (!result && (reason == VERDAL_NOTIFY_CURRENT_CHANGING || reason == VERDAL_NOTIFY_DELETING))
+    return false;
   if (!TravelsAlongLinks(reason)) return result;
 
   std::vector<TDBRecursChecker> chains;
@@ -76,12 +78,12 @@ bool NotifyChange(TDBManager* db, int32_t cursor, int32_t reason, int32_t field,
       if (!link) break;
       int32_t target = static_cast<int32_t>(std::strtol(link->data(), nullptr, 10));  // NUL-ended
       FillPlace(*to, target);
-      if (reason == 2) to->store.currentCursor = target;
+      if (reason == VERDAL_NOTIFY_CURRENT_CHANGED) to->store.currentCursor = target;
       bool alreadyTold = false;
       for (uint32_t h : told) alreadyTold = alreadyTold || h == to->Handle();
       if (alreadyTold || Switches().notification == nullptr || g_record.busy != 0) continue;
       told.push_back(to->Handle());
-      if (!Send(*to, target, reason) && reason == 1) return false;
+      if (!Send(*to, target, reason) && reason == VERDAL_NOTIFY_CURRENT_CHANGING) return false;
     }
   }
   return result;

@@ -22,11 +22,11 @@ namespace {
 TDBCategoryData* ParentPlace(NodeStore& store, int32_t resolved) {
   TDBCategoryData* parent = LookupPlace(store, resolved == -1 ? -2 : resolved);
   if (parent == nullptr) {
-    SetLastError(6);
+    SetLastError(ErrorCode::kCategoryCursor);
     return nullptr;
   }
   if (!parent->isCategory) {
-    SetLastError(20);
+    SetLastError(ErrorCode::kParentRecord);
     return nullptr;
   }
   return parent;
@@ -38,7 +38,7 @@ bool RemovePlace(TDBManager& db, TDBCategoryData* place) {
   TDBDataRecord* data = DataOf(store, place);
   if (!place->isCategory && data != nullptr) {
     if (!DeleteLinkedRow(db, *data)) {
-      SetLastError(23);
+      SetLastError(ErrorCode::kSqlDelete);
       return false;
     }
     if (db.importLink.writeBack) db.importLink.deletedRows.push_back(data->externalRow);
@@ -67,14 +67,14 @@ TDBCategoryData* PlaceNewRecord(TDBManager& db, const TDBCategoryData& parent, T
   if (!InsertLinkedRow(db, *data, window)) {
     store.places.Erase(place->cursor);
     store.data.Erase(data->id);
-    SetLastError(18);
+    SetLastError(ErrorCode::kSqlInsert);
     return nullptr;
   }
   AttachPlaces(store, {place}, true);
   store.currentCursor = place->cursor;
   db.MarkDirty();
-  NotifyChange(&db, place->cursor, 6, -10, 0, 0);
-  NotifyChange(&db, place->cursor, 2, -10, 0, 0);
+  NotifyChange(&db, place->cursor, VERDAL_NOTIFY_ADDED, -10, 0, 0);
+  NotifyChange(&db, place->cursor, VERDAL_NOTIFY_CURRENT_CHANGED, -10, 0, 0);
   return place;
 }
 
@@ -84,8 +84,8 @@ int32_t AddRecord(TDBManager& db, int32_t parentCursor, const char* title, bool 
                   const char* firstValue, int32_t firstField, VerdalWindow window) {
   NodeStore& store = db.store;
   int32_t resolvedParent = ResolveCursor(store, parentCursor);
-  if (!NotifyChange(&db, store.currentCursor, 1, -10, 0, 0)) {
-    SetLastError(8);
+  if (!NotifyChange(&db, store.currentCursor, VERDAL_NOTIFY_CURRENT_CHANGING, -10, 0, 0)) {
+    SetLastError(ErrorCode::kCancelled);
     return -1;
   }
   TDBCategoryData* parent = ParentPlace(store, resolvedParent);
@@ -94,7 +94,7 @@ int32_t AddRecord(TDBManager& db, int32_t parentCursor, const char* title, bool 
   TDBFieldInfo* field = nullptr;
   if (firstValue != nullptr && firstField != -1) {
     if (firstField < 0 || static_cast<size_t>(firstField) >= store.fields.size()) {
-      SetLastError(2);
+      SetLastError(ErrorCode::kField);
       return -1;
     }
     field = store.fields[static_cast<size_t>(firstField)].get();
@@ -112,15 +112,15 @@ int32_t AddRecord(TDBManager& db, int32_t parentCursor, const char* title, bool 
 
 int32_t DuplicateRecord(TDBManager& db, int32_t sourceCursor, int32_t parentCursor, const char* title) {
   NodeStore& store = db.store;
-  if (!NotifyChange(&db, store.currentCursor, 1, -10, 0, 0)) {
-    SetLastError(8);
+  if (!NotifyChange(&db, store.currentCursor, VERDAL_NOTIFY_CURRENT_CHANGING, -10, 0, 0)) {
+    SetLastError(ErrorCode::kCancelled);
     return -1;
   }
   int32_t source = ResolveCursor(store, sourceCursor);
   TDBCategoryData* sourcePlace = LookupPlace(store, source);
   TDBDataRecord* sourceData = sourcePlace != nullptr ? DataOf(store, sourcePlace) : nullptr;
   if (sourceData == nullptr) {
-    SetLastError(5);
+    SetLastError(ErrorCode::kCursor);
     return -1;
   }
   TDBCategoryData* parent = ParentPlace(store, ResolveCursor(store, parentCursor));
@@ -155,8 +155,8 @@ int32_t AddCategory(TDBManager& db, int32_t parentCursor, const char* name) {
 
   store.currentCursor = place->cursor;
   db.MarkDirty();
-  NotifyChange(&db, place->cursor, 6, -10, 0, 0);
-  NotifyChange(&db, place->cursor, 2, -10, 0, 0);
+  NotifyChange(&db, place->cursor, VERDAL_NOTIFY_ADDED, -10, 0, 0);
+  NotifyChange(&db, place->cursor, VERDAL_NOTIFY_CURRENT_CHANGED, -10, 0, 0);
   return place->cursor;
 }
 
@@ -167,14 +167,14 @@ int32_t DeleteRecord(TDBManager& db, int32_t cursor, int32_t flags, bool notify,
   int32_t resolved = ResolveCursor(store, cursor);
   TDBCategoryData* place = LookupPlace(store, resolved);  // null for -1 too
   if (place == nullptr) {
-    SetLastError(5);
+    SetLastError(ErrorCode::kCursor);
     return 0;
   }
   TDBNode* node = NodeOf(store, place);
   int32_t nextCurrent = StepCursor(store, resolved, -1, true, true);
   if (node != nullptr && notify) {
-    if (!NotifyChange(&db, resolved, 3, -10, flags, 0, &flags)) {
-      SetLastError(8);
+    if (!NotifyChange(&db, resolved, VERDAL_NOTIFY_DELETING, -10, flags, 0, &flags)) {
+      SetLastError(ErrorCode::kCancelled);
       return 0;
     }
   }
@@ -197,16 +197,16 @@ int32_t DeleteRecord(TDBManager& db, int32_t cursor, int32_t flags, bool notify,
       continue;
     }
     if (!RemovePlace(db, p)) return 0;
-    NotifyChange(&db, c, 4, -10, 0, 0);
+    NotifyChange(&db, c, VERDAL_NOTIFY_DELETED, -10, 0, 0);
   }
   if (resolved >= 0 && !RemovePlace(db, place)) return 0;
   if (renumber) Renumber(store);
-  if (!moved && resolved >= 0) NotifyChange(&db, resolved, 4, -10, 0, 0);
-  if (moved) NotifyChange(&db, -2, 9, -10, 0, 0);
+  if (!moved && resolved >= 0) NotifyChange(&db, resolved, VERDAL_NOTIFY_DELETED, -10, 0, 0);
+  if (moved) NotifyChange(&db, -2, VERDAL_NOTIFY_SHAPE_CHANGED, -10, 0, 0);
 
   store.currentCursor = StillThere(store, nextCurrent);
   db.MarkDirty();
-  NotifyChange(&db, store.currentCursor, 2, -10, 0, 0);
+  NotifyChange(&db, store.currentCursor, VERDAL_NOTIFY_CURRENT_CHANGED, -10, 0, 0);
   return 1;
 }
 

@@ -119,9 +119,9 @@ TEST_F(CategoryTree, NodeFactsByView) {
   EXPECT_EQ(VERDAL_GetCategoryInfo(db, B, &nameOnly), 1);  // no view fact asked: the view is not needed
   q.viewIndex = 9;
   EXPECT_EQ(VERDAL_GetCategoryInfo(db, B, &q), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_VIEW);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_VIEW);
   EXPECT_EQ(VERDAL_GetCategoryInfo(db, VERDAL_CURSOR_FIRST, &q), 0);  // no pseudo cursors
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
 }
 
 TEST_F(CategoryTree, ChildListsByKindOrderAndStart) {
@@ -135,9 +135,9 @@ TEST_F(CategoryTree, ChildListsByKindOrderAndStart) {
 
   EXPECT_EQ(VERDAL_GetCategoryChildList(db, A, 0, 0, 0, 0, nullptr, nullptr, 3, nullptr, 0), 1);
   EXPECT_EQ(VERDAL_GetCategoryChildList(db, 999, 0, 0, 0, 0, nullptr, nullptr, 3, nullptr, 0), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
   EXPECT_EQ(Children(A, 0, 0, 0, 3, 0, 5), (Ints{-99}));
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_VIEW);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_VIEW);
   VERDAL_GetCategoryDeleteChildList(nullptr);  // nothing to give back
 }
 
@@ -194,5 +194,5 @@ TEST_F(CategoryTree, HasCategoriesStaysTrueUntilTheStoreIsCleared) {
   VERDAL_EmptyData(empty, 1);
   EXPECT_EQ(VERDAL_HasCategories(empty), 0);
   EXPECT_EQ(VERDAL_HasCategories(0), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_HANDLE);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_HANDLE);
 }

@@ -26,20 +26,20 @@ TEST_F(Fields, AddFindAndRefuse) {
   EXPECT_EQ(VERDAL_GetFieldName(db, 3), nullptr);
   EXPECT_EQ(VERDAL_GetFieldIndex(db, "PREIS"), 1);
   EXPECT_EQ(VERDAL_GetFieldIndex(db, "Menge"), -1);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_FIELD);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_FIELD);
 
   EXPECT_EQ(AddField(db, "NAME", 0), -2);  // exists, in another letter case
   for (const char* bad : {"a|b", "a\\b", "{x", "y}"}) EXPECT_EQ(AddField(db, bad, 0), -3) << bad;
   EXPECT_EQ(VERDAL_GetFieldSize(db), 3);
   EXPECT_EQ(VERDAL_AddField(db, nullptr, -1, 1), -1);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_INPUT);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_INPUT);
 
   VERDAL_GetFieldIndex(db, "nirgends");  // code 2 stands
   TDBFieldParams p = FieldParams("x", 0);
   EXPECT_EQ(VERDAL_AddField(0, &p, -1, 1), -1);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_FIELD);  // a bad handle leaves the last error alone
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_FIELD);  // a bad handle leaves the last error alone
   EXPECT_EQ(VERDAL_GetFieldSize(0), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_HANDLE);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_HANDLE);
 }
 
 TEST_F(Fields, MovingChangesTheIndexButNotTheValues) {
@@ -107,7 +107,7 @@ TEST_F(Fields, InfoCarriesEveryMemberBothWays) {
                            {Text{out.hostText2}, "h2"}})
     EXPECT_STREQ(got, want);
   EXPECT_EQ(VERDAL_GetFieldInfo(db, 1, &out, nullptr), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_FIELD);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_FIELD);
 }
 
 TEST_F(Fields, SameFieldsCompareNamesAndTypesOnly) {
@@ -124,5 +124,5 @@ TEST_F(Fields, SameFieldsCompareNamesAndTypesOnly) {
   AddField(other, "Datum", 4);
   EXPECT_EQ(VERDAL_HasSameDataFields(db, other, 0), 0);
   EXPECT_EQ(VERDAL_HasSameDataFields(db, 0, 0), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_HANDLE);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_HANDLE);
 }

@@ -129,7 +129,7 @@ TEST_F(Files, AReadOnlyDatabaseSeesChangesOnlyAfterTwoSeconds) {
   EXPECT_NE(fresh, reader);
   EXPECT_EQ(VERDAL_GetFieldSize(fresh), 2);
   EXPECT_EQ(VERDAL_GetFieldSize(reader), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_HANDLE);  // the old one is gone
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_HANDLE);  // the old one is gone
 }
 
 TEST_F(Files, SearchingLongNamesAndMissingFiles) {
@@ -185,11 +185,11 @@ TEST_F(Files, FilesThatCannotBeReadAreRefusedWithCode25) {
   later[4] = 14;  // a version from the future
   TempFolder::Write(name, later);
   EXPECT_EQ(Open(name), 0u);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_READ_FILE);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_READ_FILE);
   std::vector<uint8_t> cut(bytes.begin(), bytes.begin() + static_cast<long>(bytes.size() / 2));
   TempFolder::Write(name, cut);
   EXPECT_EQ(Open(name), 0u);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_READ_FILE);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_READ_FILE);
   TempFolder::Write(name, std::vector<uint8_t>(3, 0));
   EXPECT_EQ(Open(name), 0u);
   EXPECT_EQ(VERDAL_GetDBCount(), 0);

@@ -35,9 +35,9 @@ TEST(Filters, SingleConditionsAndFailures) {
 
   EXPECT_EQ(VERDAL_GetInternalParseString(db, 2, "x", 0), nullptr);
   EXPECT_EQ(VERDAL_GetInternalParseString(0, 0, "x", 0), nullptr);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_HANDLE);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_HANDLE);
   EXPECT_EQ(VERDAL_GetFilter(db + 1000, "x"), nullptr);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_HANDLE);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_HANDLE);
   EXPECT_EQ(g_trace, (std::vector<std::string>{"Error in VERDAL_GetInternalParseString: ID=0",
                                                "Error in VERDAL_GetInternalParseString: ID=1",
                                                "Error in VERDAL_GetFilter: ID=1"}));

@@ -125,11 +125,11 @@ TEST_F(Password, SetFollowsTheRules) {
 
 TEST_F(Password, UnknownHandles) {
   EXPECT_EQ(VERDAL_GetPWDAndCompression(987654, nullptr, nullptr), -1);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_HANDLE);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_HANDLE);
   EXPECT_EQ(VERDAL_SetPWDAndCompression(987654, "Hallo", 0), -1);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_HANDLE);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_HANDLE);
   EXPECT_EQ(VERDAL_ConfigurePWDAndCompression(987654, nullptr, nullptr, nullptr), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_HANDLE);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_HANDLE);
 }
 
 TEST_F(Password, DialogWithoutUserInterfaceChangesNothing) {
@@ -205,7 +205,7 @@ TEST_F(Password, EncipheredFilesOpenWithSessionOrPrompt) {
   TempFolder::Write(c, sealed);
   g_answers.clear();
   EXPECT_EQ(open(c), 0u);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_READ_FILE);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_READ_FILE);
   EXPECT_EQ(g_prompts, 1);
 }
 

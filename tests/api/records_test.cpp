@@ -66,11 +66,11 @@ TEST_F(Records, ValuesAreStoredInternallyAndShownAsUsersWriteThem) {
   EXPECT_EQ(Raw(kCode, r), "K-1");  // a new record takes the initial value
 
   EXPECT_EQ(VERDAL_GetData(db, 9, r, 1, 0), nullptr);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_FIELD);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_FIELD);
   EXPECT_EQ(VERDAL_GetData(db, kName, 999, 1, 0), nullptr);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
   EXPECT_EQ(VERDAL_GetData(db, kName, VERDAL_CURSOR_NONE, 1, 0), nullptr);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
   // The current cursor is the record just added.
   EXPECT_EQ(Raw(kPreis, VERDAL_CURSOR_CURRENT), "1234.50");
 }
@@ -78,13 +78,13 @@ TEST_F(Records, ValuesAreStoredInternallyAndShownAsUsersWriteThem) {
 TEST_F(Records, SetDataRefusesWhatItMustBeforeChangingAnything) {
   int32_t r = VERDAL_AddRecord(db, -1, "r", 0, nullptr, -1, 0, nullptr);
   EXPECT_EQ(VERDAL_SetData(db, kNummer, "5", r, 0, nullptr, nullptr), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_READ_ONLY_FIELD);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_READ_ONLY_FIELD);
   EXPECT_EQ(VERDAL_SetData(db, kCode, "x", r, 0, nullptr, nullptr), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_READ_ONLY_FIELD);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_READ_ONLY_FIELD);
   EXPECT_EQ(VERDAL_SetData(db, 42, "x", r, 0, nullptr, nullptr), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_FIELD);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_FIELD);
   EXPECT_EQ(VERDAL_SetData(db, kName, "x", 999, 0, nullptr, nullptr), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
 
   // A field that refuses empty values and duplicates, with its own error text.
   TDBFieldParams strict = FieldParams("Kennung", 0);
@@ -94,12 +94,12 @@ TEST_F(Records, SetDataRefusesWhatItMustBeforeChangingAnything) {
   int32_t k = VERDAL_AddField(db, &strict, -1, 1);
   char error[1024] = "unchanged";
   EXPECT_EQ(VERDAL_SetData(db, k, "", r, 1, error, nullptr), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_INPUT);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_INPUT);
   EXPECT_STREQ(error, "Kennung fehlt");
   ASSERT_EQ(VERDAL_SetData(db, k, "A7", r, 1, nullptr, nullptr), 1);
   int32_t other = VERDAL_AddRecord(db, -1, "o", 0, nullptr, -1, 0, nullptr);
   EXPECT_EQ(VERDAL_SetData(db, k, "A7", other, 1, nullptr, nullptr), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_INPUT);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_INPUT);
   EXPECT_EQ(VERDAL_SetData(db, k, "A7", r, 1, nullptr, nullptr), 1);  // its own value is no duplicate
   EXPECT_EQ(VERDAL_SetData(db, k, "A7", other, 0, nullptr, nullptr), 1);  // without validation it passes
 }
@@ -117,7 +117,7 @@ TEST_F(Records, CountersNumberRecordsAndDuplicatesCountOn) {
   EXPECT_EQ(Raw(kNummer, copy), "3");
   EXPECT_EQ(Raw(kCode, copy), "K-1");
   EXPECT_EQ(VERDAL_DuplicateRecord(db, 999, -1, "x"), -1);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
 
   // A field added later gives every record a value: counters number them one after another.
   TDBFieldParams later = FieldParams("Lfd", 1);
@@ -134,9 +134,9 @@ TEST_F(Records, ParentsAndFirstFieldsAreChecked) {
   EXPECT_EQ(VERDAL_AddRecord(db, r, "x", 0, nullptr, -1, 0, nullptr), -1);
   EXPECT_EQ(VERDAL_GetLastError(), 20);
   EXPECT_EQ(VERDAL_AddRecord(db, 999, "x", 0, nullptr, -1, 0, nullptr), -1);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CATEGORY_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CATEGORY_CURSOR);
   EXPECT_EQ(VERDAL_AddRecord(db, -1, "x", 0, "v", 17, 0, nullptr), -1);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_FIELD);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_FIELD);
   // The refused record took no counter number.
   int32_t next = VERDAL_AddRecord(db, -1, "n", 0, nullptr, -1, 0, nullptr);
   EXPECT_EQ(Raw(kNummer, next), "2");
@@ -169,7 +169,7 @@ TEST_F(Records, ConvertAndCompareFollowTheFieldTypeAndLanguage) {
   VERDAL_SetLanguage(0x409);
   EXPECT_STREQ(VERDAL_ConvertData(db, kPreis, "1.234,56", 1, 0, 0), "1.23");
   EXPECT_EQ(VERDAL_ConvertData(db, 99, "x", 1, 0, 0), nullptr);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_FIELD);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_FIELD);
 
   int32_t cheap = VERDAL_AddRecord(db, -1, "c", 0, "9,5", kPreis, 0, nullptr);
   int32_t dear = VERDAL_AddRecord(db, -1, "d", 0, "10", kPreis, 0, nullptr);
@@ -179,7 +179,7 @@ TEST_F(Records, ConvertAndCompareFollowTheFieldTypeAndLanguage) {
   ASSERT_EQ(VERDAL_Compare(db, cheap, dear, kPreis, 0, 1, &order), 1);
   EXPECT_EQ(order, 1);
   EXPECT_EQ(VERDAL_Compare(db, cheap, 999, kPreis, 0, 0, &order), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_TARGET);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_TARGET);
 }
 
 TEST_F(Records, TheHostHearsEveryStepAndCanVetoAddingARecord) {
@@ -190,7 +190,7 @@ TEST_F(Records, TheHostHearsEveryStepAndCanVetoAddingARecord) {
   VERDAL_DeleteRecord(db, r, 0, 1, nullptr, 1);
   host.vetoReason = 1;
   EXPECT_EQ(VERDAL_AddRecord(db, c, "v", 0, nullptr, -1, 0, nullptr), -1);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CANCELLED);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CANCELLED);
   EXPECT_EQ(host.Take(), (std::vector<Heard>{
                              {6, c, c, -10, 0}, {2, c, c, -10, 0},   // category added, current
                              {1, c, c, -10, 0},                      // record: current changing

@@ -45,7 +45,7 @@ TEST_F(TreeOps, AddingAndSeekingTellTheHostAndHonourVetoes) {
 
   host.vetoReason = 1;
   EXPECT_EQ(VERDAL_Seek(db, b, 0, 0, 0, 0, nullptr, VERDAL_KINDS_BOTH), a);  // stays
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CANCELLED);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CANCELLED);
   EXPECT_EQ(host.Take(), (std::vector<Heard>{{1, a, a, -10, 0}}));
   // Keeping the current cursor asks nobody.
   EXPECT_EQ(VERDAL_Seek(db, a, 1, 0, 1, 1, nullptr, VERDAL_KINDS_BOTH), b);
@@ -60,9 +60,9 @@ TEST_F(TreeOps, AddingAndSeekingTellTheHostAndHonourVetoes) {
 
 TEST_F(TreeOps, ParentsMustBeCategoriesThatExist) {
   EXPECT_EQ(VERDAL_AddCategory(db, 4711, "x"), -1);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CATEGORY_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CATEGORY_CURSOR);
   EXPECT_EQ(VERDAL_AddCategory(0, -1, "x"), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_HANDLE);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_HANDLE);
   int32_t first = Category(VERDAL_CURSOR_ROOT, "A");
   EXPECT_EQ(first, 0);  // 0 is a good cursor; the last error tells success
   EXPECT_EQ(VERDAL_GetLastError(), 0);
@@ -80,9 +80,9 @@ TEST_F(TreeOps, SeekingFromNoNodeAndSkippingKinds) {
   // No records at all: with wrap the walk comes back to where it started, without it fails.
   EXPECT_EQ(VERDAL_Seek(db, a1, 1, 1, 1, 1, nullptr, VERDAL_KINDS_RECORDS), a1);
   EXPECT_EQ(VERDAL_Seek(db, a1, 1, 0, 1, 1, nullptr, VERDAL_KINDS_RECORDS), -1);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
   EXPECT_EQ(VERDAL_Seek(db, 999, 0, 0, 1, 1, nullptr, VERDAL_KINDS_BOTH), -1);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
 }
 
 TEST_F(TreeOps, MovingUpAndDownAtTheEndsAndOutOfCategories) {
@@ -113,10 +113,10 @@ TEST_F(TreeOps, MovingUpAndDownAtTheEndsAndOutOfCategories) {
   EXPECT_EQ(VERDAL_MoveChild(db, a, a, VERDAL_KINDS_BOTH), 0);
   EXPECT_EQ(VERDAL_GetLastError(), 0);
   EXPECT_EQ(VERDAL_MoveChild(db, 999, a, VERDAL_KINDS_BOTH), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
   EXPECT_EQ(VERDAL_IsChildOf(db, a, a), 1);
   EXPECT_EQ(VERDAL_IsChildOf(db, 999, a), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
 }
 
 TEST_F(TreeOps, DeletingMovesWhatSurvivesToTheTopAndTheHostMayChangeTheFlags) {
@@ -129,7 +129,7 @@ TEST_F(TreeOps, DeletingMovesWhatSurvivesToTheTopAndTheHostMayChangeTheFlags) {
   EXPECT_EQ(VERDAL_DeleteRecord(db, a, 0, 1, nullptr, 1), 1);
   EXPECT_EQ(Order(), (Ints{a1, a11, b}));
   EXPECT_EQ(VERDAL_HasMember(db, a), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
   std::vector<Heard> heard = host.Take();
   ASSERT_EQ(heard.size(), 3u);
   EXPECT_EQ(heard[0], (Heard{3, a, a, -10, 0}));
@@ -149,10 +149,10 @@ TEST_F(TreeOps, DeletingMovesWhatSurvivesToTheTopAndTheHostMayChangeTheFlags) {
   // A veto deletes nothing.
   host.vetoReason = 3;
   EXPECT_EQ(VERDAL_DeleteRecord(db, b, 6, 1, nullptr, 1), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CANCELLED);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CANCELLED);
   EXPECT_EQ(VERDAL_HasMember(db, b), 1);
   EXPECT_EQ(VERDAL_DeleteRecord(db, 999, 6, 1, nullptr, 1), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
 }
 
 TEST_F(TreeOps, SpecialAndInternalDataOfANode) {
@@ -165,7 +165,7 @@ TEST_F(TreeOps, SpecialAndInternalDataOfANode) {
   EXPECT_EQ(VERDAL_SetSpecialData(db, -1, 5, a), -1);
   EXPECT_EQ(VERDAL_GetLastError(), 22);
   EXPECT_EQ(VERDAL_GetSpecialData(db, 0, 999), -1);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
   EXPECT_EQ(VERDAL_SetSpecialData(db, 0, 5, VERDAL_CURSOR_ROOT), 0);
 
   VerdalLocalTime created{}, changed{};
@@ -192,5 +192,5 @@ TEST_F(TreeOps, SpecialAndInternalDataOfANode) {
   EXPECT_EQ(std::string(guarded), std::string(36, 'x'));
   EXPECT_EQ(guarded[37], '#');
   EXPECT_EQ(VERDAL_GetInternalData(db, 999, nullptr, nullptr, nullptr, nullptr), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_CURSOR);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
 }

@@ -125,10 +125,10 @@ TEST_F(FilteredChildren, DeletedFieldsAndUnbalancedFiltersFail) {
 
   Store("Offen", {{0, "(", "Name", 2, "a", "", 0, 0, 0, 0}});
   EXPECT_EQ(Passing("Offen"), (Ints{-1}));
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_QUERY);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_QUERY);
   int32_t count = 0;
   int32_t* array = nullptr;
   EXPECT_EQ(VERDAL_GetCategoryChildList(db, -2, 0, 0, 1, 0, &count, &array, 2, "Name ==;", 0), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_E_QUERY);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_QUERY);
   EXPECT_EQ(array, nullptr);
 }

@@ -9,9 +9,6 @@
 
 namespace verdal::api {
 
-// The code a failure gets when the worker threw without setting one of its own.
-constexpr int32_t kInternalError = 21;
-
 // How the frame tells a failure: by the result being the failure value, or, for functions where
 // that value is also a good result, by the last error.
 enum class Judge { kResult, kLastError };
@@ -25,10 +22,10 @@ template <class R, class Work>
 R Guarded(const char* function, R failure, Judge judge, Work&& work) {
   R result = failure;
   try {
-    engine::SetLastError(0);
+    engine::SetLastError(engine::ErrorCode::kNone);
     result = work();
   } catch (...) {
-    if (engine::LastError() == 0) engine::SetLastError(kInternalError);
+    if (engine::LastError() == 0) engine::SetLastError(engine::ErrorCode::kInternal);
     result = failure;
   }
   bool failed = judge == Judge::kResult ? result == failure : engine::LastError() != 0;

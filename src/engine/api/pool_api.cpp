@@ -13,12 +13,12 @@ using verdal::engine::Switches;
 extern "C" {
 
 VERDAL_API int32_t VERDAL_GetDBCount(void) {
-  verdal::engine::SetLastError(0);
+  verdal::engine::SetLastError(verdal::engine::ErrorCode::kNone);
   return Pool().Count();
 }
 
 VERDAL_API VerdalHandle VERDAL_GetDBHandle(int32_t index) {
-  verdal::engine::SetLastError(0);
+  verdal::engine::SetLastError(verdal::engine::ErrorCode::kNone);
   return Pool().HandleAt(index);
 }
 
