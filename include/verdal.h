@@ -23,7 +23,7 @@ typedef uint32_t VerdalHandle;
 typedef void* VerdalWindow;
 
 /* Last-error codes (VERDAL_GetLastError); VERDAL_GetLastErrorString gives the text of each. */
-enum {
+typedef enum VerdalError {
   VERDAL_ERR_NONE = 0,
   VERDAL_ERR_HANDLE = 1,           /* no open database has this handle */
   VERDAL_ERR_FIELD = 2,            /* no field has this index or name */
@@ -52,7 +52,7 @@ enum {
   VERDAL_ERR_READ_FILE = 25,       /* the file cannot be read or is damaged */
   VERDAL_ERR_WRITE_FILE = 26,      /* the file cannot be written */
   VERDAL_ERR_ACTION = 27           /* an action failed; its message is the text of this code */
-};
+} VerdalError;
 
 /* Pseudo cursors. */
 enum {

@@ -88,7 +88,7 @@ int32_t GetCategoryInfo(TDBManager& db, int32_t cursor, TDBCategoryQuery& q) {
   NodeStore& store = db.store;
   TDBCategoryData* place = cursor >= 0 || cursor == -2 ? LookupPlace(store, cursor) : nullptr;
   if (place == nullptr) {
-    SetLastError(ErrorCode::kCursor);
+    SetLastError(VERDAL_ERR_CURSOR);
     return 0;
   }
   if (q.isCategory != nullptr) *q.isCategory = place->isCategory ? 1 : 0;
@@ -109,7 +109,7 @@ int32_t GetCategoryInfo(TDBManager& db, int32_t cursor, TDBCategoryQuery& q) {
   TDBNodeManagerItem* view = store.View(q.viewIndex);
   TDBNode* node = view != nullptr ? NodeInView(store, q.viewIndex, place) : nullptr;
   if (node == nullptr) {
-    SetLastError(ErrorCode::kView);
+    SetLastError(VERDAL_ERR_VIEW);
     return 0;
   }
   view->EnsureNumbered();
@@ -127,13 +127,13 @@ bool CollectChildren(TDBManager& db, int32_t cursor, int32_t viewIndex, bool rec
   int32_t resolved = ResolveCursor(store, cursor);
   TDBCategoryData* place = LookupPlace(store, resolved);  // null for -1 too
   if (place == nullptr) {
-    SetLastError(ErrorCode::kCursor);
+    SetLastError(VERDAL_ERR_CURSOR);
     return false;
   }
   TDBNodeManagerItem* view = store.View(viewIndex);
   TDBNode* node = view != nullptr ? NodeInView(store, viewIndex, place) : nullptr;
   if (node == nullptr) {
-    SetLastError(ErrorCode::kView);
+    SetLastError(VERDAL_ERR_VIEW);
     return false;
   }
   if (kinds == -1) kinds = view->mode;
@@ -148,7 +148,7 @@ int32_t SetCategoryInfo(TDBManager& db, int32_t cursor, const char* name, const 
   int32_t resolved = ResolveCursor(store, cursor);
   TDBCategoryData* place = LookupPlace(store, resolved);  // null for -1 too
   if (place == nullptr) {
-    SetLastError(ErrorCode::kCursor);
+    SetLastError(VERDAL_ERR_CURSOR);
     return 0;
   }
   bool renamed = false, reopened = false, moved = false;
@@ -165,13 +165,13 @@ int32_t SetCategoryInfo(TDBManager& db, int32_t cursor, const char* name, const 
   if (expanded != nullptr) {
     TDBNodeManagerItem* view = store.View(viewIndex);
     if (view == nullptr) {
-      SetLastError(ErrorCode::kView);
+      SetLastError(VERDAL_ERR_VIEW);
       return finish(0);
     }
     TDBNode* node = NodeInView(store, viewIndex, place);
     TDBCategoryRecord* rec = store.categories.Find(place->categoryId);
     if (node == nullptr || (!place->IsRootPlace() && (!place->isCategory || rec == nullptr))) {
-      SetLastError(ErrorCode::kTarget);
+      SetLastError(VERDAL_ERR_TARGET);
       return finish(0);
     }
     node->expanded = *expanded != 0;
@@ -182,13 +182,13 @@ int32_t SetCategoryInfo(TDBManager& db, int32_t cursor, const char* name, const 
   if (newParent != nullptr) {
     TDBNode* node = NodeOf(store, place);
     if (node == nullptr || place->IsRootPlace()) {
-      SetLastError(ErrorCode::kTarget);
+      SetLastError(VERDAL_ERR_TARGET);
       return finish(0);
     }
     TDBNode* target = NodeOf(store, LookupPlace(store, *newParent));
     int32_t at = position != nullptr ? *position : -1;
     if (MoveNode(store, node, target, mode, at, checkOnly) != 1) {
-      SetLastError(ErrorCode::kMove);
+      SetLastError(VERDAL_ERR_MOVE);
       return finish(0);
     }
     if (positionOut != nullptr) *positionOut = at;

@@ -118,7 +118,7 @@ bool TDBManager::SaveCopy(const char* name) {
 bool TDBManager::Reload() {
   if (!file) return false;
   if (!ReadFile(*this, *file)) {
-    SetLastError(ErrorCode::kReadFile);
+    SetLastError(VERDAL_ERR_READ_FILE);
     platform::Trace("TDBManager::Load failed for '%s'", fileName.c_str());
     return false;
   }
@@ -163,12 +163,12 @@ bool TDBManager::Open(const char* name, bool create, bool readOnlyIn, bool refus
   fileName = name;
   if (!exists) {
     if (!SafeSave()) {
-      SetLastError(ErrorCode::kWriteFile);
+      SetLastError(VERDAL_ERR_WRITE_FILE);
       platform::Trace("TDBManager::Save failed for '%s'", name);
       return false;
     }
   } else if (!ReadFile(*this, *file)) {
-    SetLastError(ErrorCode::kReadFile);
+    SetLastError(VERDAL_ERR_READ_FILE);
     platform::Trace("TDBManager::Load failed for '%s'", name);
     file.reset();
     return false;
@@ -182,7 +182,7 @@ bool TDBManager::Open(const char* name, bool create, bool readOnlyIn, bool refus
 
 TDBManager* AcceptHandle(uint32_t handle) {
   if (!Pool().Find(handle)) {
-    SetLastError(ErrorCode::kHandle);
+    SetLastError(VERDAL_ERR_HANDLE);
     return nullptr;
   }
   return Handles().Lookup(handle);

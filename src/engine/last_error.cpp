@@ -45,7 +45,7 @@ static_assert(kMessageCount == VERDAL_ERR_WRITE_FILE + 1, "every code below the 
 }  // namespace
 
 int32_t LastError() { return g_lastError; }
-void SetLastError(ErrorCode code) { g_lastError = static_cast<int32_t>(code); }
+void SetLastError(VerdalError code) { g_lastError = code; }
 
 const char* ErrorMessage(int32_t code) {
   if (code == kActionMessageCode) return g_actionMessage.c_str();

@@ -91,7 +91,7 @@ uint32_t OpenDatabase(const OpenRequest& request) {
 
 bool CloseDatabase(uint32_t handle) {
   if (!Pool().Remove(handle, false)) {
-    SetLastError(ErrorCode::kHandle);
+    SetLastError(VERDAL_ERR_HANDLE);
     return false;
   }
   delete Handles().Lookup(handle);

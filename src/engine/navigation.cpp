@@ -47,7 +47,7 @@ int32_t Seek(TDBManager& db, int32_t cursor, int32_t count, bool wrap, bool desc
     if (at < 0 && count > 0) at = ResolveCursor(store, VERDAL_CURSOR_FIRST);
     if (at < 0 && count < 0) at = ResolveCursor(store, VERDAL_CURSOR_LAST);
     if (at >= 0 && LookupPlace(store, at) == nullptr) {
-      SetLastError(ErrorCode::kCursor);
+      SetLastError(VERDAL_ERR_CURSOR);
       return -1;
     }
   } else {
@@ -55,7 +55,7 @@ int32_t Seek(TDBManager& db, int32_t cursor, int32_t count, bool wrap, bool desc
     for (;;) {
       at = StepCursor(store, at, count, wrap, descend);
       if (at < 0) {
-        SetLastError(ErrorCode::kCursor);
+        SetLastError(VERDAL_ERR_CURSOR);
         return -1;
       }
       if (at == start || KindWanted(store, at, kinds)) break;
@@ -66,7 +66,7 @@ int32_t Seek(TDBManager& db, int32_t cursor, int32_t count, bool wrap, bool desc
     return at;
   }
   if (!NotifyChange(&db, store.currentCursor, VERDAL_NOTIFY_CURRENT_CHANGING, -10, 0, 0)) {
-    SetLastError(ErrorCode::kCancelled);
+    SetLastError(VERDAL_ERR_CANCELLED);
     return store.currentCursor;
   }
   store.currentCursor = at;
@@ -82,7 +82,7 @@ int32_t MoveChild(TDBManager& db, int32_t cursor, int32_t target, int32_t kinds)
   TDBCategoryData* sourcePlace = LookupPlace(store, source);
   TDBNode* sourceNode = NodeOf(store, sourcePlace);
   if (sourceNode == nullptr || sourcePlace->IsRootPlace()) {
-    SetLastError(ErrorCode::kCursor);
+    SetLastError(VERDAL_ERR_CURSOR);
     return 0;
   }
 
@@ -118,14 +118,14 @@ int32_t MoveChild(TDBManager& db, int32_t cursor, int32_t target, int32_t kinds)
   TDBCategoryData* targetPlace = LookupPlace(store, targetCursor);
   TDBNode* targetNode = NodeOf(store, targetPlace);
   if (targetNode == nullptr) {
-    SetLastError(ErrorCode::kCursor);
+    SetLastError(VERDAL_ERR_CURSOR);
     return 0;
   }
   if (targetCursor == source) return 0;
   if (sourcePlace->isCategory && IsBelowOrSelf(targetNode, sourceNode)) return 0;
   TDBNode* sourceParent = sourceNode->parent != nullptr ? sourceNode->parent : &root;
   if (sourceParent->IndexOf(sourceNode) < 0) {
-    SetLastError(ErrorCode::kCursor);
+    SetLastError(VERDAL_ERR_CURSOR);
     return 0;
   }
   TDBNode* targetParent = targetNode->parent != nullptr ? targetNode->parent : &root;
@@ -155,7 +155,7 @@ int32_t MoveChild(TDBManager& db, int32_t cursor, int32_t target, int32_t kinds)
 int32_t IsChildOf(TDBManager& db, int32_t cursor, int32_t other) {
   TDBNode* node = NodeOf(db.store, LookupPlace(db.store, cursor));
   if (node == nullptr) {
-    SetLastError(ErrorCode::kCursor);
+    SetLastError(VERDAL_ERR_CURSOR);
     return 0;
   }
   TDBNode* otherNode = NodeOf(db.store, LookupPlace(db.store, other));

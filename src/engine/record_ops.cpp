@@ -22,11 +22,11 @@ namespace {
 TDBCategoryData* ParentPlace(NodeStore& store, int32_t resolved) {
   TDBCategoryData* parent = LookupPlace(store, resolved == -1 ? -2 : resolved);
   if (parent == nullptr) {
-    SetLastError(ErrorCode::kCategoryCursor);
+    SetLastError(VERDAL_ERR_CATEGORY_CURSOR);
     return nullptr;
   }
   if (!parent->isCategory) {
-    SetLastError(ErrorCode::kParentRecord);
+    SetLastError(VERDAL_ERR_PARENT_RECORD);
     return nullptr;
   }
   return parent;
@@ -38,7 +38,7 @@ bool RemovePlace(TDBManager& db, TDBCategoryData* place) {
   TDBDataRecord* data = DataOf(store, place);
   if (!place->isCategory && data != nullptr) {
     if (!DeleteLinkedRow(db, *data)) {
-      SetLastError(ErrorCode::kSqlDelete);
+      SetLastError(VERDAL_ERR_SQL_DELETE);
       return false;
     }
     if (db.importLink.writeBack) db.importLink.deletedRows.push_back(data->externalRow);
@@ -67,7 +67,7 @@ TDBCategoryData* PlaceNewRecord(TDBManager& db, const TDBCategoryData& parent, T
   if (!InsertLinkedRow(db, *data, window)) {
     store.places.Erase(place->cursor);
     store.data.Erase(data->id);
-    SetLastError(ErrorCode::kSqlInsert);
+    SetLastError(VERDAL_ERR_SQL_INSERT);
     return nullptr;
   }
   AttachPlaces(store, {place}, true);
@@ -85,7 +85,7 @@ int32_t AddRecord(TDBManager& db, int32_t parentCursor, const char* title, bool 
   NodeStore& store = db.store;
   int32_t resolvedParent = ResolveCursor(store, parentCursor);
   if (!NotifyChange(&db, store.currentCursor, VERDAL_NOTIFY_CURRENT_CHANGING, -10, 0, 0)) {
-    SetLastError(ErrorCode::kCancelled);
+    SetLastError(VERDAL_ERR_CANCELLED);
     return -1;
   }
   TDBCategoryData* parent = ParentPlace(store, resolvedParent);
@@ -94,7 +94,7 @@ int32_t AddRecord(TDBManager& db, int32_t parentCursor, const char* title, bool 
   TDBFieldInfo* field = nullptr;
   if (firstValue != nullptr && firstField != -1) {
     if (firstField < 0 || static_cast<size_t>(firstField) >= store.fields.size()) {
-      SetLastError(ErrorCode::kField);
+      SetLastError(VERDAL_ERR_FIELD);
       return -1;
     }
     field = store.fields[static_cast<size_t>(firstField)].get();
@@ -113,14 +113,14 @@ int32_t AddRecord(TDBManager& db, int32_t parentCursor, const char* title, bool 
 int32_t DuplicateRecord(TDBManager& db, int32_t sourceCursor, int32_t parentCursor, const char* title) {
   NodeStore& store = db.store;
   if (!NotifyChange(&db, store.currentCursor, VERDAL_NOTIFY_CURRENT_CHANGING, -10, 0, 0)) {
-    SetLastError(ErrorCode::kCancelled);
+    SetLastError(VERDAL_ERR_CANCELLED);
     return -1;
   }
   int32_t source = ResolveCursor(store, sourceCursor);
   TDBCategoryData* sourcePlace = LookupPlace(store, source);
   TDBDataRecord* sourceData = sourcePlace != nullptr ? DataOf(store, sourcePlace) : nullptr;
   if (sourceData == nullptr) {
-    SetLastError(ErrorCode::kCursor);
+    SetLastError(VERDAL_ERR_CURSOR);
     return -1;
   }
   TDBCategoryData* parent = ParentPlace(store, ResolveCursor(store, parentCursor));
@@ -167,14 +167,14 @@ int32_t DeleteRecord(TDBManager& db, int32_t cursor, int32_t flags, bool notify,
   int32_t resolved = ResolveCursor(store, cursor);
   TDBCategoryData* place = LookupPlace(store, resolved);  // null for -1 too
   if (place == nullptr) {
-    SetLastError(ErrorCode::kCursor);
+    SetLastError(VERDAL_ERR_CURSOR);
     return 0;
   }
   TDBNode* node = NodeOf(store, place);
   int32_t nextCurrent = StepCursor(store, resolved, -1, true, true);
   if (node != nullptr && notify) {
     if (!NotifyChange(&db, resolved, VERDAL_NOTIFY_DELETING, -10, flags, 0, &flags)) {
-      SetLastError(ErrorCode::kCancelled);
+      SetLastError(VERDAL_ERR_CANCELLED);
       return 0;
     }
   }

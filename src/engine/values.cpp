@@ -45,38 +45,38 @@ int32_t SetData(TDBManager& db, int32_t fieldIndex, const char* value, int32_t c
   int32_t resolved = ResolveCursor(store, cursor);
   TDBCategoryData* place = LookupPlace(store, resolved);  // null for -1 too
   if (place == nullptr || place->IsRootPlace()) {
-    SetLastError(ErrorCode::kCursor);
+    SetLastError(VERDAL_ERR_CURSOR);
     return 0;
   }
   TDBFieldInfo* field = FieldAt(store, fieldIndex);
   if (field == nullptr) {
-    SetLastError(ErrorCode::kField);
+    SetLastError(VERDAL_ERR_FIELD);
     return 0;
   }
   if (field->type.isCounter || field->type.readOnly) {
-    SetLastError(ErrorCode::kReadOnlyField);
+    SetLastError(VERDAL_ERR_READ_ONLY_FIELD);
     return 0;
   }
   TDBDataRecord* data = DataOf(store, place);
   if (data == nullptr || field->position < 0 || static_cast<size_t>(field->position) >= data->values.size()) {
-    SetLastError(ErrorCode::kTarget);
+    SetLastError(VERDAL_ERR_TARGET);
     return 0;
   }
   const char* text = value != nullptr ? value : "";
   if (validate && !field->type.allowDuplicates &&
       FindByValue(store, fieldIndex, text, false, true, resolved, ByFieldType(store)) >= 0) {
-    SetLastError(ErrorCode::kInput);
+    SetLastError(VERDAL_ERR_INPUT);
     return 0;
   }
   std::string converted;
   std::string error;
   if (!field->type.ToInternal(text, converted, validate, &error)) {
     CopyCut(errorText, kErrorTextSize, error);
-    SetLastError(ErrorCode::kInput);
+    SetLastError(VERDAL_ERR_INPUT);
     return 0;
   }
   if (!UpdateLinkedField(db, *data, fieldIndex, converted, window)) {
-    SetLastError(ErrorCode::kSqlUpdate);
+    SetLastError(VERDAL_ERR_SQL_UPDATE);
     return 0;
   }
   data->values.Set(static_cast<size_t>(field->position), converted);
@@ -93,17 +93,17 @@ const char* GetData(TDBManager& db, int32_t fieldIndex, int32_t cursor, bool raw
   NodeStore& store = db.store;
   int32_t resolved = ResolveCursor(store, cursor);
   if (resolved == -1) {
-    SetLastError(ErrorCode::kCursor);
+    SetLastError(VERDAL_ERR_CURSOR);
     return nullptr;
   }
   TDBFieldInfo* field = FieldAt(store, fieldIndex);
   if (field == nullptr) {
-    SetLastError(ErrorCode::kField);
+    SetLastError(VERDAL_ERR_FIELD);
     return nullptr;
   }
   std::optional<std::string_view> stored = FieldValue(store, resolved, fieldIndex);
   if (!stored) {
-    SetLastError(ErrorCode::kCursor);
+    SetLastError(VERDAL_ERR_CURSOR);
     return nullptr;
   }
   if (raw) return stored->data();  // followed by a NUL
@@ -125,7 +125,7 @@ const char* ConvertData(TDBManager& db, int32_t fieldIndex, const char* text, bo
                         bool useWords, bool validate) {
   TDBFieldInfo* field = FieldAt(db.store, fieldIndex);
   if (field == nullptr) {
-    SetLastError(ErrorCode::kField);
+    SetLastError(VERDAL_ERR_FIELD);
     return nullptr;
   }
   g_convertBuffer = text != nullptr ? text : "";
@@ -141,13 +141,13 @@ int32_t CompareValues(TDBManager& db, int32_t first, int32_t second, int32_t fie
   NodeStore& store = db.store;
   TDBFieldInfo* field = FieldAt(store, fieldIndex);
   if (field == nullptr) {
-    SetLastError(ErrorCode::kField);
+    SetLastError(VERDAL_ERR_FIELD);
     return 0;
   }
   std::optional<std::string_view> a = FieldValue(store, first, fieldIndex);
   std::optional<std::string_view> b = FieldValue(store, second, fieldIndex);
   if (!a || !b) {
-    SetLastError(ErrorCode::kTarget);
+    SetLastError(VERDAL_ERR_TARGET);
     return 0;
   }
   int order = field->type.Compare(*a, *b, false, stringSort, true, nullptr, nullptr);

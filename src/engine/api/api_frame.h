@@ -22,10 +22,10 @@ template <class R, class Work>
 R Guarded(const char* function, R failure, Judge judge, Work&& work) {
   R result = failure;
   try {
-    engine::SetLastError(engine::ErrorCode::kNone);
+    engine::SetLastError(VERDAL_ERR_NONE);
     result = work();
   } catch (...) {
-    if (engine::LastError() == 0) engine::SetLastError(engine::ErrorCode::kInternal);
+    if (engine::LastError() == 0) engine::SetLastError(VERDAL_ERR_INTERNAL);
     result = failure;
   }
   bool failed = judge == Judge::kResult ? result == failure : engine::LastError() != 0;

@@ -33,7 +33,7 @@ VERDAL_API int32_t VERDAL_BuildCategoryTree(VerdalHandle handle, intptr_t seed, 
 VERDAL_API int32_t VERDAL_GetCategoryInfo(VerdalHandle handle, int32_t cursor, TDBCategoryQuery* query) {
   return api::WithDatabase("VERDAL_GetCategoryInfo", handle, 0, Judge::kResult, [&](TDBManager& db) {
     if (query == nullptr) {
-      engine::SetLastError(engine::ErrorCode::kTarget);
+      engine::SetLastError(VERDAL_ERR_TARGET);
       return 0;
     }
     return engine::GetCategoryInfo(db, cursor, *query);
@@ -50,7 +50,7 @@ VERDAL_API int32_t VERDAL_GetCategoryChildList(VerdalHandle handle, int32_t curs
     if (count == nullptr) {  // only asks whether the cursor is good
       int32_t resolved = model::ResolveCursor(db.store, cursor);
       if (resolved != -1 && model::LookupPlace(db.store, resolved) != nullptr) return 1;
-      engine::SetLastError(engine::ErrorCode::kCursor);
+      engine::SetLastError(VERDAL_ERR_CURSOR);
       return 0;
     }
     std::unique_ptr<query::QX_QueryCache> query;
@@ -60,7 +60,7 @@ VERDAL_API int32_t VERDAL_GetCategoryChildList(VerdalHandle handle, int32_t curs
                                  query.get(), includeStart != 0, list))
       return 0;
     if (query != nullptr && query->lastError != nullptr) {
-      engine::SetLastError(engine::ErrorCode::kQuery);
+      engine::SetLastError(VERDAL_ERR_QUERY);
       return 0;
     }
     if (reverse != 0) std::reverse(list.begin(), list.end());
@@ -69,7 +69,7 @@ VERDAL_API int32_t VERDAL_GetCategoryChildList(VerdalHandle handle, int32_t curs
       // One entry more than the count; malloc, so that every engine array goes back one way.
       auto* array = static_cast<int32_t*>(std::malloc((list.size() + 1) * sizeof(int32_t)));
       if (array == nullptr) {
-        engine::SetLastError(engine::ErrorCode::kInternal);
+        engine::SetLastError(VERDAL_ERR_INTERNAL);
         return 0;
       }
       std::memcpy(array, list.data(), list.size() * sizeof(int32_t));

@@ -45,7 +45,7 @@ VERDAL_API const char* VERDAL_GetFieldName(VerdalHandle handle, int32_t index) {
 VERDAL_API int32_t VERDAL_GetFieldIndex(VerdalHandle handle, const char* name) {
   return api::WithDatabase("VERDAL_GetFieldIndex", handle, -1, Judge::kLastError, [&](TDBManager& db) {
     int32_t index = model::FieldIndexByName(db.store, name);
-    if (index < 0) engine::SetLastError(engine::ErrorCode::kField);
+    if (index < 0) engine::SetLastError(VERDAL_ERR_FIELD);
     return index;
   });
 }
@@ -55,11 +55,11 @@ VERDAL_API int32_t VERDAL_GetFieldInfo(VerdalHandle handle, int32_t index, TDBFi
   return api::WithDatabase("VERDAL_GetFieldInfo", handle, 0, Judge::kResult, [&](TDBManager& db) {
     model::TDBFieldInfo* field = FieldAt(db, index);
     if (field == nullptr) {
-      engine::SetLastError(engine::ErrorCode::kField);
+      engine::SetLastError(VERDAL_ERR_FIELD);
       return 0;
     }
     if (info == nullptr) {
-      engine::SetLastError(engine::ErrorCode::kTarget);
+      engine::SetLastError(VERDAL_ERR_TARGET);
       return 0;
     }
     engine::FillParams(*field, *info);
@@ -79,7 +79,7 @@ VERDAL_API int32_t VERDAL_AddField(VerdalHandle handle, const TDBFieldParams* pa
   }
   return api::WithDatabase("VERDAL_AddField", handle, -1, Judge::kLastError, [&](TDBManager& db) -> int32_t {
     if (params == nullptr || params->name == nullptr) {
-      engine::SetLastError(engine::ErrorCode::kInput);
+      engine::SetLastError(VERDAL_ERR_INPUT);
       return -1;
     }
     model::NodeStore& store = db.store;
@@ -94,7 +94,7 @@ VERDAL_API int32_t VERDAL_AddField(VerdalHandle handle, const TDBFieldParams* pa
     }
     if (HasForbiddenCharacter(params->name)) return -3;
     if (store.fields.size() >= model::kMaxFields) {
-      engine::SetLastError(engine::ErrorCode::kInput);
+      engine::SetLastError(VERDAL_ERR_INPUT);
       return -1;
     }
     int32_t added = model::AddFieldInfo(store, engine::FieldFromParams(*params), -1);

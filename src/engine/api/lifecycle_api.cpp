@@ -50,7 +50,7 @@ VERDAL_API int32_t VERDAL_CloseDBByFileName(const char* fileName) {
   return api::Guarded("VERDAL_CloseDBByFileName", 0, Judge::kResult, [&]() -> int32_t {
     uint32_t handle = engine::Pool().FindByName(fileName);
     if (handle == 0) {
-      engine::SetLastError(engine::ErrorCode::kHandle);
+      engine::SetLastError(VERDAL_ERR_HANDLE);
       return 0;
     }
     return engine::CloseDatabase(handle) ? 1 : 0;
@@ -78,7 +78,7 @@ VERDAL_API int32_t VERDAL_GetDBProperties(VerdalHandle handle, VerdalDBPropertie
   return api::WithDatabase("VERDAL_GetDBProperties", handle, 0, Judge::kResult,
                            [&](engine::TDBManager& db) -> int32_t {
     if (properties == nullptr) {
-      engine::SetLastError(engine::ErrorCode::kTarget);
+      engine::SetLastError(VERDAL_ERR_TARGET);
       return 0;
     }
     properties->readOnly = db.readOnly ? 1 : 0;
@@ -93,7 +93,7 @@ VERDAL_API int32_t VERDAL_GetDBIdentifier(VerdalHandle handle, char* identifier)
   return api::WithDatabase("VERDAL_GetDBIdentifier", handle, 0, Judge::kResult,
                            [&](engine::TDBManager& db) -> int32_t {
     if (identifier == nullptr) {
-      engine::SetLastError(engine::ErrorCode::kTarget);
+      engine::SetLastError(VERDAL_ERR_TARGET);
       return 0;
     }
     CopyCut(identifier, 37, db.identifier);

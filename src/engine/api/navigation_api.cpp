@@ -25,10 +25,10 @@ VERDAL_API int32_t VERDAL_MoveChild(VerdalHandle handle, int32_t cursor, int32_t
 VERDAL_API int32_t VERDAL_IsChildOf(VerdalHandle handle, int32_t cursor, int32_t other) {
   int32_t result = 0;
   try {
-    engine::SetLastError(engine::ErrorCode::kNone);
+    engine::SetLastError(VERDAL_ERR_NONE);
     if (TDBManager* db = engine::AcceptHandle(handle)) result = engine::IsChildOf(*db, cursor, other);
   } catch (...) {
-    if (engine::LastError() == 0) engine::SetLastError(engine::ErrorCode::kInternal);
+    if (engine::LastError() == 0) engine::SetLastError(VERDAL_ERR_INTERNAL);
     result = 0;
   }
   if (engine::LastError() != 0)

@@ -13,12 +13,12 @@ using verdal::engine::Switches;
 extern "C" {
 
 VERDAL_API int32_t VERDAL_GetDBCount(void) {
-  verdal::engine::SetLastError(verdal::engine::ErrorCode::kNone);
+  verdal::engine::SetLastError(VERDAL_ERR_NONE);
   return Pool().Count();
 }
 
 VERDAL_API VerdalHandle VERDAL_GetDBHandle(int32_t index) {
-  verdal::engine::SetLastError(verdal::engine::ErrorCode::kNone);
+  verdal::engine::SetLastError(VERDAL_ERR_NONE);
   return Pool().HandleAt(index);
 }
 

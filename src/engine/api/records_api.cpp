@@ -17,7 +17,7 @@ namespace {
 // The place of any cursor, pseudo cursors resolved; null with code 5.
 model::TDBCategoryData* PlaceOf(TDBManager& db, int32_t cursor) {
   model::TDBCategoryData* place = model::LookupPlace(db.store, model::ResolveCursor(db.store, cursor));
-  if (place == nullptr) engine::SetLastError(engine::ErrorCode::kCursor);
+  if (place == nullptr) engine::SetLastError(VERDAL_ERR_CURSOR);
   return place;
 }
 
@@ -26,7 +26,7 @@ model::TDBDataRecord* DataOf(TDBManager& db, int32_t cursor) {
   model::TDBCategoryData* place = PlaceOf(db, cursor);
   if (place == nullptr) return nullptr;
   model::TDBDataRecord* data = model::DataOf(db.store, place);
-  if (data == nullptr) engine::SetLastError(engine::ErrorCode::kCursor);
+  if (data == nullptr) engine::SetLastError(VERDAL_ERR_CURSOR);
   return data;
 }
 
@@ -56,7 +56,7 @@ VERDAL_API int32_t VERDAL_EmptyData(VerdalHandle handle, int32_t keepDefinitions
 VERDAL_API int32_t VERDAL_HasMember(VerdalHandle handle, int32_t cursor) {
   return api::WithDatabase("VERDAL_HasMember", handle, 0, Judge::kResult, [&](TDBManager& db) {
     if (cursor < -2 || cursor == -1 || model::LookupPlace(db.store, cursor) == nullptr) {
-      engine::SetLastError(engine::ErrorCode::kCursor);
+      engine::SetLastError(VERDAL_ERR_CURSOR);
       return 0;
     }
     return 1;
@@ -78,7 +78,7 @@ VERDAL_API int32_t VERDAL_GetSpecialData(VerdalHandle handle, int32_t index, int
     model::TDBCategoryData* place = PlaceOf(db, cursor);
     if (place == nullptr) return -1;
     if (index < 0 || index > 2) {
-      engine::SetLastError(engine::ErrorCode::kIndex);
+      engine::SetLastError(VERDAL_ERR_INDEX);
       return 0;
     }
     return place->special[index];
@@ -91,12 +91,12 @@ VERDAL_API int32_t VERDAL_SetSpecialData(VerdalHandle handle, int32_t index, int
                            [&](TDBManager& db) -> int32_t {
     model::TDBCategoryData* place = PlaceOf(db, cursor);
     if (place != nullptr && place->IsRootPlace()) {  // the root's place is shared by all databases
-      engine::SetLastError(engine::ErrorCode::kCursor);
+      engine::SetLastError(VERDAL_ERR_CURSOR);
       place = nullptr;
     }
     if (place == nullptr) return 0;
     if (index < 0 || index > 2) {
-      engine::SetLastError(engine::ErrorCode::kIndex);
+      engine::SetLastError(VERDAL_ERR_INDEX);
       return -1;
     }
     place->special[index] = value;

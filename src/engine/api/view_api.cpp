@@ -17,7 +17,7 @@ VERDAL_API int32_t VERDAL_CreateView(VerdalHandle handle, const char* name, int3
     engine::TDBManager* db = engine::Handles().Lookup(handle);
     int32_t index = model::CreateView(db->store, name, mode);
     if (index < 0) {
-      engine::SetLastError(engine::ErrorCode::kInput);
+      engine::SetLastError(VERDAL_ERR_INPUT);
       api::TraceFailure("VERDAL_CreateView");
     }
     return index;
