@@ -69,6 +69,11 @@ class TDBManager {
   std::string temporaryName;
   std::string identifier;
   bool closing = false;
+  // Calls at work on this database, and what callbacks inside them asked for (DatabaseCall).
+  int32_t activeCalls = 0;
+  bool closeRequested = false;
+  bool emptyRequested = false;
+  bool emptyKeepsDefinitions = true;
 
  private:
   uint32_t handle_ = 0;
