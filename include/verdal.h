@@ -1,9 +1,21 @@
 /* verdal.h - the C interface of the Verdal tree database engine (libverdal.so).
  *
- * Text is code page 1252 bytes, in and out. Text the engine hands out stays valid until the next
- * call of the same kind. A database handle is an id issued by the engine, never an address; 0 means
- * "no database". Failures set a process-wide last error, read with VERDAL_GetLastError.
- * The interface is for one thread. */
+ * Text is code page 1252 bytes, in and out. A function that returns text hands out one of
+ * VERDAL_TEXT_KEPT buffers of its own, used in turn: the text stays valid until the
+ * VERDAL_TEXT_KEPT-th next call of the same function, and no other call ends it (so several
+ * results can stand in one printf). A database handle is an id issued by the engine, never an
+ * address; 0 means "no database". Failures set a process-wide last error, read with
+ * VERDAL_GetLastError. The interface is for one thread.
+ *
+ * Callbacks may call back in. While a call on a database runs (a notification or tree walk
+ * callback, a user interface function, a path mapper), the callback may call any function, and
+ * nothing it calls frees what the outer call is working on: VERDAL_CloseDB,
+ * VERDAL_CloseDBByFileName, VERDAL_CloseAllDBs and VERDAL_EmptyData on that database succeed at
+ * once but are carried out when the outermost call on it returns (until then the database stays
+ * open and whole, and the outer call ends normally); VERDAL_Load on it is refused with code 10;
+ * VERDAL_OpenDB of its name gives its handle without reading the file again (0 when that would
+ * have to make a read-only database writable). Notifications do not nest: a change made inside a
+ * notification callback is not notified. */
 #ifndef VERDAL_H
 #define VERDAL_H
 
@@ -53,6 +65,13 @@ typedef enum VerdalError {
   VERDAL_ERR_WRITE_FILE = 26,      /* the file cannot be written */
   VERDAL_ERR_ACTION = 27           /* an action failed; its message is the text of this code */
 } VerdalError;
+
+/* How many texts each text-returning function keeps valid at a time (see above). */
+#define VERDAL_TEXT_KEPT 8
+
+/* The longest record title or category name, in characters, that the engine stores; longer ones
+ * are cut there. A name buffer of VERDAL_NAME_MAX + 1 bytes has room for any name. */
+#define VERDAL_NAME_MAX 255
 
 /* Pseudo cursors. */
 enum {
@@ -157,8 +176,8 @@ typedef struct TDBCategoryQuery {
   int32_t viewIndex;       /* in: the view, 0 for the main tree */
   int32_t onlyExpanded;    /* in: a closed node shows no children */
   int32_t* isCategory;
-  char* name;              /* a record's title, a category's shown name */
-  int32_t nameSize;        /* in: bytes in name; 0 for room enough */
+  char* name;              /* a record's title, a category's shown name, cut to fit */
+  int32_t nameSize;        /* in: bytes in name; 0 means VERDAL_NAME_MAX + 1 */
   int32_t* expanded;
   int32_t* parent;         /* -1 at the top level */
   int32_t* depth;          /* 0 at the top level */
@@ -192,7 +211,8 @@ typedef void (*VerdalPathMapperFn)(char path[260]);
 typedef intptr_t (*VerdalTreeFn)(intptr_t parentSeed, int32_t cursor, int32_t depth, int32_t number,
                                  intptr_t user);
 
-/* Pool and errors. */
+/* Pool and errors. The message of VERDAL_GetLastErrorString is valid until its
+ * VERDAL_TEXT_KEPT-th next call. */
 VERDAL_API int32_t VERDAL_GetLastError(void);
 VERDAL_API const char* VERDAL_GetLastErrorString(int32_t code);
 VERDAL_API int32_t VERDAL_GetDBCount(void);
@@ -212,7 +232,8 @@ VERDAL_API VerdalHandle VERDAL_OpenDB(const char* fileName, const char* password
                                       int32_t search, const char* searchFolder, int32_t sizeClass,
                                       int32_t readOnly, int32_t refuseReadOnly);
 /* Reads the file again (null or the database's own name), or switches the database to another
- * file. 1, or 0 (code 25 when the file could not be read). */
+ * file. 1, or 0 (code 25 when the file could not be read; code 10 from inside a callback of a
+ * call on this database). */
 VERDAL_API int32_t VERDAL_Load(VerdalHandle db, const char* fileName, int32_t refuseReadOnly);
 /* Null, empty or the own name: saves over the database's file so that a failure leaves the old
  * file whole (and the previous version in the ".bak" beside it). Another name: writes a copy
@@ -226,7 +247,8 @@ VERDAL_API int32_t VERDAL_GetDBIdentifier(VerdalHandle db, char* identifier);
 
 /* Fields. */
 VERDAL_API int32_t VERDAL_GetFieldSize(VerdalHandle db);
-/* Null for a bad handle or index; the last error is left alone. */
+/* Null for a bad handle or index; the last error is left alone. Valid until the
+ * VERDAL_TEXT_KEPT-th next call of VERDAL_GetFieldName. */
 VERDAL_API const char* VERDAL_GetFieldName(VerdalHandle db, int32_t index);
 VERDAL_API int32_t VERDAL_GetFieldIndex(VerdalHandle db, const char* name);
 /* linked may be null; for a field that is not a link it receives a copy of info. */
@@ -240,7 +262,7 @@ VERDAL_API int32_t VERDAL_AddField(VerdalHandle db, const TDBFieldParams* field,
                                    int32_t refuseExisting);
 VERDAL_API int32_t VERDAL_HasSameDataFields(VerdalHandle first, VerdalHandle second, int32_t sameOrder);
 
-/* Values. */
+/* Values. The text of VERDAL_ConvertData is valid until its VERDAL_TEXT_KEPT-th next call. */
 VERDAL_API const char* VERDAL_ConvertData(VerdalHandle db, int32_t fieldIndex, const char* text,
                                           int32_t toInternal, int32_t useWords, int32_t validate);
 VERDAL_API int32_t VERDAL_Compare(VerdalHandle db, int32_t firstCursor, int32_t secondCursor,
@@ -257,7 +279,8 @@ VERDAL_API int32_t VERDAL_DuplicateRecord(VerdalHandle db, int32_t source, int32
 VERDAL_API int32_t VERDAL_SetData(VerdalHandle db, int32_t fieldIndex, const char* value,
                                   int32_t cursor, int32_t validate, char* errorText,
                                   VerdalWindow window);
-/* The stored text (raw) or the text a user sees; valid until the next such call. */
+/* The stored text (raw) or the text a user sees, copied: a later change of the value does not
+ * touch it. Valid until the VERDAL_TEXT_KEPT-th next call of VERDAL_GetData. */
 VERDAL_API const char* VERDAL_GetData(VerdalHandle db, int32_t fieldIndex, int32_t cursor,
                                       int32_t raw, int32_t useWords);
 VERDAL_API int32_t VERDAL_HasDataMember(VerdalHandle db, int32_t fieldIndex, const char* value,
@@ -294,7 +317,9 @@ VERDAL_API int32_t VERDAL_IsChildOf(VerdalHandle db, int32_t cursor, int32_t oth
 
 /* The tree of a view. */
 /* Calls back for each shown node below the start (-1: the root), parents before children.
- * 1; -1 bad handle, -3 bad view, -2 start not in the view. The last error is left alone. */
+ * 1; -1 bad handle, -3 bad view, -2 start not in the view. The last error is left alone. The
+ * walk goes over the children lists as they stood when it reached each node: nodes the callback
+ * adds or moves may be missed or met twice, nodes it deletes are passed over. */
 VERDAL_API int32_t VERDAL_BuildCategoryTree(VerdalHandle db, intptr_t seed, VerdalTreeFn callback,
                                             intptr_t user, int32_t viewIndex, int32_t startCursor);
 /* Real cursors and VERDAL_CURSOR_ROOT only. */
@@ -323,11 +348,11 @@ VERDAL_API int32_t VERDAL_CreateView(VerdalHandle db, const char* name, int32_t 
 
 /* Filters. The internal query text of the named filter (case ignored), for the functions that
  * take a filter text; null for an unknown name or a filter that names a missing field, without
- * an error. Valid until the next such call. */
+ * an error. Valid until the VERDAL_TEXT_KEPT-th next call of VERDAL_GetFilter. */
 VERDAL_API const char* VERDAL_GetFilter(VerdalHandle db, const char* name);
 /* The query text of one condition "equal" on a field: flags 2 drops "whole word", 4 drops
  * "case-sensitive", 8 means "begins with", 16 a pattern with '*'. Null for a bad handle (code 1)
- * or field index. Valid until the next such call. */
+ * or field index. Valid until the VERDAL_TEXT_KEPT-th next call of the same function. */
 VERDAL_API const char* VERDAL_GetInternalParseString(VerdalHandle db, int32_t fieldIndex,
                                                      const char* value, int32_t flags);
 

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string>
 
+#include "io/text_buffer.h"
 #include "engine/db_manager.h"
 #include "engine/last_error.h"
 #include "engine/notify.h"
@@ -17,6 +18,7 @@ using namespace model;
 namespace {
 
 bool Shows(int32_t mode, const TDBNode* node) {
+  if (node->removeFlag != 0) return false;  // deleted by the host during a walk
   if (node->place != nullptr && node->place->temporary) return false;
   return node->isCategory ? mode != kModeRecords : mode != kModeCategories;
 }
@@ -93,11 +95,10 @@ int32_t GetCategoryInfo(TDBManager& db, int32_t cursor, TDBCategoryQuery& q) {
   }
   if (q.isCategory != nullptr) *q.isCategory = place->isCategory ? 1 : 0;
   if (q.name != nullptr) {
-    std::string name = NameOf(store, place);
-    size_t room = q.nameSize > 0 ? static_cast<size_t>(q.nameSize) - 1 : name.size();
-    size_t n = name.size() < room ? name.size() : room;
-    std::memcpy(q.name, name.data(), n);
-    q.name[n] = '\0';
+    // "Room enough" is room for the longest name the engine stores; a longer one from a file is
+    // cut there as well.
+    size_t size = q.nameSize > 0 ? static_cast<size_t>(q.nameSize) : VERDAL_NAME_MAX + 1;
+    CopyCut(q.name, size, NameOf(store, place));
   }
   if (q.parent != nullptr) {
     const TDBNode* node = NodeOf(store, place);
@@ -180,8 +181,9 @@ int32_t SetCategoryInfo(TDBManager& db, int32_t cursor, const char* name, const 
     reopened = true;
   }
   if (newParent != nullptr) {
+    // The root has no parent to leave: MoveNode refuses it like any other move it cannot make.
     TDBNode* node = NodeOf(store, place);
-    if (node == nullptr || place->IsRootPlace()) {
+    if (node == nullptr) {
       SetLastError(VERDAL_ERR_TARGET);
       return finish(0);
     }

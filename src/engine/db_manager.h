@@ -68,6 +68,11 @@ class TDBManager : public storage::StoredDatabase {
   bool dirty = false;
   bool saveOnClose = true;
   bool closing = false;
+  // Calls at work on this database, and what callbacks inside them asked for (DatabaseCall).
+  int32_t activeCalls = 0;
+  bool closeRequested = false;
+  bool emptyRequested = false;
+  bool emptyKeepsDefinitions = true;
 
   SqlLink sqlLink;
   ImportLink importLink;

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/database_call.h"
 #include "engine/db_manager.h"
 #include "engine/handle_table.h"
 #include "engine/last_error.h"
@@ -25,12 +26,14 @@ Reuse ReuseOpen(TDBManager& db, const OpenRequest& r) {
   if (db.closing) return Reuse::kFail;
   bool isImport = platform::HasExtension(r.fileName, ".imp");
   if (!isImport && !r.readOnly && db.readOnly && !db.importLink.active) {
-    // Somebody wants to write a database that was opened read-only.
+    // Somebody wants to write a database that was opened read-only. Reading it again would pull
+    // the store from under a call at work on it (a host callback opening it).
+    if (InCall(db)) return Reuse::kFail;
     if (!db.Open(r.fileName, false, false, r.refuseReadOnly)) return Reuse::kFail;
   }
   if (!isImport && (!r.readOnly || !db.readOnly)) return Reuse::kUse;
   uint32_t now = platform::TickCount();
-  if (now - db.lastCheck < kReopenCheckMs) return Reuse::kUse;
+  if (now - db.lastCheck < kReopenCheckMs || InCall(db)) return Reuse::kUse;
   db.lastCheck = now;
   int64_t time = 0;
   if (platform::FileTime(r.fileName, time) && time == db.fileTime) return Reuse::kUse;
@@ -90,11 +93,17 @@ uint32_t OpenDatabase(const OpenRequest& request) {
 }
 
 bool CloseDatabase(uint32_t handle) {
-  if (!Pool().Remove(handle, false)) {
+  TDBManager* db = Pool().Find(handle) ? Handles().Lookup(handle) : nullptr;
+  if (db == nullptr) {
     SetLastError(VERDAL_ERR_HANDLE);
     return false;
   }
-  delete Handles().Lookup(handle);
+  if (InCall(*db)) {  // asked from a callback: the outermost call closes it as it returns
+    db->closeRequested = true;
+    return true;
+  }
+  Pool().Remove(handle, false);
+  delete db;
   return true;
 }
 

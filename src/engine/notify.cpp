@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "engine/database_call.h"
 #include "engine/db_manager.h"
 #include "engine/handle_table.h"
 #include "engine/link_walk.h"
@@ -22,8 +23,11 @@ void FillPlace(TDBManager& db, int32_t cursor) {
   g_record.isCategory = isCategory ? 1 : 0;
 }
 
-// Calls the host with busy set; the low byte of its answer is the verdict.
+// Calls the host with busy set; the low byte of its answer is the verdict. A linked database told
+// here counts as being called: what the host asks for it waits until the callback has returned.
+// The caller must not touch db afterwards, for it may have been closed then.
 bool Send(TDBManager& db, int32_t cursor, int32_t reason) {
+  DatabaseCall call(db);
   const Settings& s = Switches();
   g_record.busy = 1;
   g_record.reason = reason;

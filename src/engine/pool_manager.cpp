@@ -2,6 +2,7 @@
 
 #include <strings.h>
 
+#include "engine/database_call.h"
 #include "engine/db_manager.h"
 #include "engine/handle_table.h"
 #include "engine/notify.h"
@@ -74,16 +75,23 @@ void TDBPoolManager::Rename(uint32_t handle, const char* name) {
 
 void TDBPoolManager::CloseAll() {
   if (!handles_.empty()) platform::Trace("TDBPoolManager::CloseAll(), removing:");
-  while (!handles_.empty()) {
-    uint32_t handle = handles_.front();
-    platform::Trace("%u, %s", handle, names_.front().c_str());
+  size_t i = 0;
+  while (i < handles_.size()) {
+    uint32_t handle = handles_[i];
     TDBManager* db = Handles().Lookup(handle);
+    if (db != nullptr && InCall(*db)) {
+      // Asked from a callback: the outermost call on it closes it as it returns.
+      db->closeRequested = true;
+      ++i;
+      continue;
+    }
+    platform::Trace("%u, %s", handle, names_[i].c_str());
     // Out of the pool before it is destroyed: its close may not find itself again.
-    handles_.erase(handles_.begin());
-    names_.erase(names_.begin());
+    handles_.erase(handles_.begin() + static_cast<std::ptrdiff_t>(i));
+    names_.erase(names_.begin() + static_cast<std::ptrdiff_t>(i));
     delete db;
   }
-  names_.clear();
+  if (handles_.empty()) names_.clear();
 }
 
 uint32_t TDBPoolManager::HandleAt(int32_t index) const {

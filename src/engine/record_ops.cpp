@@ -58,24 +58,31 @@ int32_t StillThere(NodeStore& store, int32_t cursor) {
 }
 
 // Makes the place of a new record under parent, asks the linked table for a row, and attaches it.
-// Null (code 18) when the table refused: then nothing of the record remains.
-TDBCategoryData* PlaceNewRecord(TDBManager& db, const TDBCategoryData& parent, TDBDataRecord* data,
+// -1 (code 18) when the table refused: then nothing of the record remains.
+int32_t PlaceNewRecord(TDBManager& db, const TDBCategoryData& parent, TDBDataRecord* data,
                                 bool temporary, VerdalWindow window) {
   NodeStore& store = db.store;
   int32_t categoryId = parent.IsRootPlace() ? -1 : parent.categoryId;
   TDBCategoryData* place = CreatePlace(store, categoryId, data->id, false, temporary);
+  if (place == nullptr) {
+    store.data.Erase(data->id);
+    SetLastError(VERDAL_ERR_INTERNAL);
+    return -1;
+  }
   if (!InsertLinkedRow(db, *data, window)) {
     store.places.Erase(place->cursor);
     store.data.Erase(data->id);
     SetLastError(VERDAL_ERR_SQL_INSERT);
-    return nullptr;
+    return -1;
   }
   AttachPlaces(store, {place}, true);
-  store.currentCursor = place->cursor;
+  // By cursor from here on: the host's callback may delete the new record at once.
+  const int32_t cursor = place->cursor;
+  store.currentCursor = cursor;
   db.MarkDirty();
-  NotifyChange(&db, place->cursor, VERDAL_NOTIFY_ADDED, -10, 0, 0);
-  NotifyChange(&db, place->cursor, VERDAL_NOTIFY_CURRENT_CHANGED, -10, 0, 0);
-  return place;
+  NotifyChange(&db, cursor, VERDAL_NOTIFY_ADDED, -10, 0, 0);
+  NotifyChange(&db, cursor, VERDAL_NOTIFY_CURRENT_CHANGED, -10, 0, 0);
+  return cursor;
 }
 
 }  // namespace
@@ -90,24 +97,29 @@ int32_t AddRecord(TDBManager& db, int32_t parentCursor, const char* title, bool 
   }
   TDBCategoryData* parent = ParentPlace(store, resolvedParent);
   if (parent == nullptr) return -1;
-  // Checked before anything is made, so that a refused record takes no counter number.
+  TDBDataRecord* data = HasIdsLeft(store) ? CreateDataRecord(store, title != nullptr ? title : "", -1) : nullptr;
+  if (data == nullptr) {
+    SetLastError(VERDAL_ERR_INTERNAL);
+    return -1;
+  }
+  data->temporary = temporary;
+  // The field is checked after the data record is made: a refused record has taken its data id
+  // and its counter numbers, but nothing of it stays in the store.
   TDBFieldInfo* field = nullptr;
   if (firstValue != nullptr && firstField != -1) {
     if (firstField < 0 || static_cast<size_t>(firstField) >= store.fields.size()) {
+      store.data.Erase(data->id);
       SetLastError(VERDAL_ERR_FIELD);
       return -1;
     }
     field = store.fields[static_cast<size_t>(firstField)].get();
   }
-  TDBDataRecord* data = CreateDataRecord(store, title != nullptr ? title : "", -1);
-  data->temporary = temporary;
   if (field != nullptr && field->position >= 0 && static_cast<size_t>(field->position) < data->values.size()) {
     std::string converted;
     field->type.ToInternal(firstValue, converted, true, nullptr);
     data->values.Set(static_cast<size_t>(field->position), converted);
   }
-  TDBCategoryData* place = PlaceNewRecord(db, *parent, data, temporary, window);
-  return place != nullptr ? place->cursor : -1;
+  return PlaceNewRecord(db, *parent, data, temporary, window);
 }
 
 int32_t DuplicateRecord(TDBManager& db, int32_t sourceCursor, int32_t parentCursor, const char* title) {
@@ -125,15 +137,18 @@ int32_t DuplicateRecord(TDBManager& db, int32_t sourceCursor, int32_t parentCurs
   }
   TDBCategoryData* parent = ParentPlace(store, ResolveCursor(store, parentCursor));
   if (parent == nullptr) return -1;
-  TDBDataRecord* data = CreateDataRecord(store, title != nullptr ? title : "", -1);
+  TDBDataRecord* data = HasIdsLeft(store) ? CreateDataRecord(store, title != nullptr ? title : "", -1) : nullptr;
+  if (data == nullptr) {
+    SetLastError(VERDAL_ERR_INTERNAL);
+    return -1;
+  }
   for (const auto& field : store.fields) {
     if (field->type.isCounter || field->type.readOnly) continue;
     size_t p = static_cast<size_t>(field->position);
     if (field->position < 0 || p >= sourceData->values.size() || p >= data->values.size()) continue;
     data->values.Set(p, sourceData->values[p]);
   }
-  TDBCategoryData* place = PlaceNewRecord(db, *parent, data, false, nullptr);
-  return place != nullptr ? place->cursor : -1;
+  return PlaceNewRecord(db, *parent, data, false, nullptr);
 }
 
 int32_t AddCategory(TDBManager& db, int32_t parentCursor, const char* name) {
@@ -141,23 +156,35 @@ int32_t AddCategory(TDBManager& db, int32_t parentCursor, const char* name) {
   int32_t resolved = ResolveCursor(store, parentCursor);
   TDBCategoryData* parent = ParentPlace(store, resolved);
   if (parent == nullptr) return -1;
+  // All three ids are checked before the first is taken, so that a refusal leaves nothing behind.
+  if (!HasIdsLeft(store)) {
+    SetLastError(VERDAL_ERR_INTERNAL);
+    return -1;
+  }
 
   TDBCategoryRecord rec;
-  rec.id = store.nextCategoryId++;
+  TakeId(store.nextCategoryId, rec.id);
   // -1 is the top level; the root cursor gives -2, which is read as the top level everywhere.
   rec.parentId = resolved == -1 ? -1 : parent->categoryId;
-  rec.name = rec.displayName = name != nullptr ? name : "";
+  rec.name = rec.displayName = StoredName(name != nullptr ? name : "");
   int32_t categoryId = rec.id;
-  store.categories.Insert(categoryId, std::move(rec));
-  TDBDataRecord* data = CreateDataRecord(store, "", -1);
-  TDBCategoryData* place = CreatePlace(store, categoryId, data->id, true, false);
+  TDBDataRecord* data = store.categories.Insert(categoryId, std::move(rec)) != nullptr
+                            ? CreateDataRecord(store, "", -1)
+                            : nullptr;
+  TDBCategoryData* place = data != nullptr ? CreatePlace(store, categoryId, data->id, true, false) : nullptr;
+  if (place == nullptr) {  // an id the file used already
+    if (data != nullptr) store.data.Erase(data->id);
+    SetLastError(VERDAL_ERR_INTERNAL);
+    return -1;
+  }
   AttachPlaces(store, {place}, true);
 
-  store.currentCursor = place->cursor;
+  const int32_t cursor = place->cursor;  // the host's callback may delete it at once
+  store.currentCursor = cursor;
   db.MarkDirty();
-  NotifyChange(&db, place->cursor, VERDAL_NOTIFY_ADDED, -10, 0, 0);
-  NotifyChange(&db, place->cursor, VERDAL_NOTIFY_CURRENT_CHANGED, -10, 0, 0);
-  return place->cursor;
+  NotifyChange(&db, cursor, VERDAL_NOTIFY_ADDED, -10, 0, 0);
+  NotifyChange(&db, cursor, VERDAL_NOTIFY_CURRENT_CHANGED, -10, 0, 0);
+  return cursor;
 }
 
 int32_t DeleteRecord(TDBManager& db, int32_t cursor, int32_t flags, bool notify, VerdalWindow,
@@ -177,6 +204,12 @@ int32_t DeleteRecord(TDBManager& db, int32_t cursor, int32_t flags, bool notify,
       SetLastError(VERDAL_ERR_CANCELLED);
       return 0;
     }
+    // The host may have deleted the node itself meanwhile.
+    place = LookupPlace(store, resolved);
+    if (place == nullptr) {
+      SetLastError(VERDAL_ERR_CURSOR);
+      return 0;
+    }
   }
 
   std::vector<int32_t> below;
@@ -189,17 +222,19 @@ int32_t DeleteRecord(TDBManager& db, int32_t cursor, int32_t flags, bool notify,
     bool keep = p->isCategory ? (flags & kDeleteCategoriesBelow) == 0
                               : (flags & kDeleteRecordsBelow) == 0;
     if (keep) {
-      bool wasOn = Switches().notify;
+      // Quiet moves; the switch is on afterwards, whatever the host had set.
       Switches().notify = false;
       MoveChild(db, c, VERDAL_CURSOR_ROOT, kKindBoth);
-      Switches().notify = wasOn;
+      Switches().notify = true;
       moved = true;
       continue;
     }
     if (!RemovePlace(db, p)) return 0;
     NotifyChange(&db, c, VERDAL_NOTIFY_DELETED, -10, 0, 0);
   }
-  if (resolved >= 0 && !RemovePlace(db, place)) return 0;
+  // Looked up again: a host callback of notification 4 may have deleted it already.
+  place = LookupPlace(store, resolved);
+  if (resolved >= 0 && place != nullptr && !RemovePlace(db, place)) return 0;
   if (renumber) Renumber(store);
   if (!moved && resolved >= 0) NotifyChange(&db, resolved, VERDAL_NOTIFY_DELETED, -10, 0, 0);
   if (moved) NotifyChange(&db, -2, VERDAL_NOTIFY_SHAPE_CHANGED, -10, 0, 0);

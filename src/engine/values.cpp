@@ -17,9 +17,9 @@ using namespace model;
 
 namespace {
 
-// Texts handed to the host stay valid until the next call of the same kind.
-std::string g_displayBuffer;
-std::string g_convertBuffer;
+// Texts handed to the host: each function has its own buffers, so no other call ends them.
+TextRing g_getDataTexts;
+TextRing g_convertTexts;
 
 constexpr size_t kErrorTextSize = 1024;
 
@@ -44,7 +44,7 @@ int32_t SetData(TDBManager& db, int32_t fieldIndex, const char* value, int32_t c
   NodeStore& store = db.store;
   int32_t resolved = ResolveCursor(store, cursor);
   TDBCategoryData* place = LookupPlace(store, resolved);  // null for -1 too
-  if (place == nullptr || place->IsRootPlace()) {
+  if (place == nullptr) {
     SetLastError(VERDAL_ERR_CURSOR);
     return 0;
   }
@@ -106,9 +106,11 @@ const char* GetData(TDBManager& db, int32_t fieldIndex, int32_t cursor, bool raw
     SetLastError(VERDAL_ERR_CURSOR);
     return nullptr;
   }
-  if (raw) return stored->data();  // followed by a NUL
-  field->type.CreateDisplayString(*stored, g_displayBuffer, useWords, false, nullptr);
-  return g_displayBuffer.c_str();
+  // Copied even when raw: the stored text moves when another value of the record changes.
+  if (raw) return g_getDataTexts.Keep(*stored);
+  std::string shown;
+  field->type.CreateDisplayString(*stored, shown, useWords, false, nullptr);
+  return g_getDataTexts.Keep(shown);
 }
 
 int32_t HasDataMember(TDBManager& db, int32_t fieldIndex, const char* value, bool asStored,
@@ -128,12 +130,13 @@ const char* ConvertData(TDBManager& db, int32_t fieldIndex, const char* text, bo
     SetLastError(VERDAL_ERR_FIELD);
     return nullptr;
   }
-  g_convertBuffer = text != nullptr ? text : "";
+  const std::string given = text != nullptr ? text : "";
+  std::string converted = given;  // what a refused conversion leaves
   if (toInternal)
-    field->type.ToInternal(g_convertBuffer, g_convertBuffer, validate, nullptr);
+    field->type.ToInternal(given, converted, validate, nullptr);
   else
-    field->type.CreateDisplayString(g_convertBuffer, g_convertBuffer, useWords, false, nullptr);
-  return g_convertBuffer.c_str();
+    field->type.CreateDisplayString(given, converted, useWords, false, nullptr);
+  return g_convertTexts.Keep(converted);
 }
 
 int32_t CompareValues(TDBManager& db, int32_t first, int32_t second, int32_t fieldIndex,

@@ -80,8 +80,21 @@ std::optional<std::string_view> FieldValueOf(NodeStore& store, const TDBCategory
   return record->values[static_cast<size_t>(position)];
 }
 
+bool TakeId(int32_t& counter, int32_t& id) {
+  if (counter < 0 || counter == INT32_MAX) return false;
+  id = counter++;
+  return true;
+}
+
+bool HasIdsLeft(const NodeStore& store) {
+  for (int32_t counter : {store.nextCategoryId, store.nextDataId, store.nextCursor})
+    if (counter < 0 || counter == INT32_MAX) return false;
+  return true;
+}
+
 TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int32_t externalRow) {
   TDBDataRecord record;
+  if (!TakeId(store.nextDataId, record.id)) return nullptr;
   // Each field gives its value for a new record: the next counter number, or its initial value.
   std::vector<std::string> values(store.fields.size());
   for (auto& field : store.fields) {
@@ -90,8 +103,7 @@ TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int3
       values[static_cast<size_t>(field->position)] = std::move(value);
   }
   std::vector<std::string_view> views(values.begin(), values.end());
-  record.values.Assign(platform::NewGuidText(), title, views.data(), views.size());
-  record.id = store.nextDataId++;
+  record.values.Assign(platform::NewGuidText(), StoredName(title), views.data(), views.size());
   record.externalRow = externalRow;
   record.created = record.changed = platform::NowLocal();
   return store.data.Insert(record.id, std::move(record));  // null: a counter behind a loaded id
@@ -100,7 +112,7 @@ TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int3
 TDBCategoryData* CreatePlace(NodeStore& store, int32_t categoryId, int32_t dataId, bool isCategory,
                              bool temporary) {
   TDBCategoryData place;
-  place.cursor = store.nextCursor++;
+  if (!TakeId(store.nextCursor, place.cursor)) return nullptr;
   place.categoryId = categoryId;
   place.dataId = dataId;
   place.isCategory = isCategory;

@@ -66,10 +66,20 @@ std::optional<std::string_view> FieldValue(NodeStore& store, int32_t cursor, int
 std::optional<std::string_view> FieldValueOf(NodeStore& store, const TDBCategoryData* place,
                                              int32_t fieldIndex);
 
+// Ids are given out up to INT32_MAX - 1; a counter standing at INT32_MAX has none left (a file
+// can bring it there). TakeId gives the next id and moves the counter on, or false.
+bool TakeId(int32_t& counter, int32_t& id);
+// The counter that follows the highest id in use.
+inline int32_t CounterAbove(int32_t highest) { return highest < INT32_MAX ? highest + 1 : INT32_MAX; }
+// True while each of the three counters can give one more id: a new record or category needs them.
+bool HasIdsLeft(const NodeStore& store);
+
 // A new data record with one value per field, taking the next data id, entered in the data map.
+// Null, with no counter moved, when no data id is left.
 TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int32_t externalRow);
 
-// A new place with the next cursor, entered in the place map; not attached to any view.
+// A new place with the next cursor, entered in the place map; not attached to any view. Null when
+// no cursor is left.
 TDBCategoryData* CreatePlace(NodeStore& store, int32_t categoryId, int32_t dataId, bool isCategory,
                              bool temporary);
 

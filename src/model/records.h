@@ -3,14 +3,20 @@
 // place); a record has a data record and a place. The place's id is the cursor that hosts see.
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "model/record_values.h"
 #include "platform/clock.h"
+#include "verdal.h"
 
 namespace verdal::model {
 
 struct TDBNode;
+
+// A record title or category name as the engine stores it: cut to the longest it keeps, so that
+// a host's name buffer of VERDAL_NAME_MAX + 1 bytes always has room.
+inline std::string_view StoredName(std::string_view name) { return name.substr(0, VERDAL_NAME_MAX); }
 
 // Every valid stored object carries this tag; the writer skips objects without it.
 constexpr uint32_t kObjectTag = 0x3caddb;

@@ -52,19 +52,33 @@ int32_t MoveNode(NodeStore& store, TDBNode* node, TDBNode* target, int32_t mode,
     target = target->parent;
   }
   if (node->parent == nullptr) return -5;
-  int32_t former = node->parent->IndexOf(node);
-  if (former < 0) return -6;
+  if (node->parent->IndexOf(node) < 0) return -6;
   if (checkOnly) return 1;
 
-  TDBNode* formerParent = node->parent;
   TDBCategoryData* place = node->place;
   const TDBCategoryData* targetPlace = target == &root ? &RootPlace() : target->place;
   std::vector<TDBNode*> nodes = NodesInViews(store, place);
+  // Where it stands in every view, to put it back there if it cannot go in.
+  struct Former {
+    TDBNode* parent = nullptr;
+    int32_t index = -1;
+    int32_t categoryId = -1;
+  };
+  std::vector<Former> formerPlaces(nodes.size());
+  for (size_t v = 0; v < nodes.size(); ++v)
+    if (TDBNode* n = nodes[v]; n != nullptr && n->parent != nullptr)
+      formerPlaces[v] = {n->parent, n->parent->IndexOf(n), n->categoryId};
   DetachPlace(store, place->cursor);
   int32_t index = targetPlace != nullptr ? AddToViews(store, targetPlace, nodes, position, true) : -1;
   if (index < 0) {
-    // Back where it stood, in the main tree; the other views follow at the next build.
-    LinkSiblings(formerParent, AddChild(formerParent, node, former, true));
+    for (size_t v = 0; v < nodes.size(); ++v) {
+      if (nodes[v] == nullptr) continue;
+      if (nodes[v]->parent != nullptr) Unlink(nodes[v]);  // out of a view that did take it
+      const Former& f = formerPlaces[v];
+      if (f.parent == nullptr || f.index < 0) continue;
+      nodes[v]->categoryId = f.categoryId;
+      LinkSiblings(f.parent, AddChild(f.parent, nodes[v], f.index, true));
+    }
     return -7;
   }
   position = index;
@@ -77,16 +91,17 @@ int32_t MoveNode(NodeStore& store, TDBNode* node, TDBNode* target, int32_t mode,
 bool SetNodeText(NodeStore& store, int32_t cursor, const char* text, bool both) {
   TDBCategoryData* place = store.places.Find(cursor);
   if (place == nullptr || text == nullptr) return false;
+  const std::string_view name = StoredName(text);
   if (!place->isCategory) {
     TDBDataRecord* data = DataOf(store, place);
     if (data == nullptr) return false;
-    data->SetTitle(text);
+    data->SetTitle(name);
     return true;
   }
   TDBCategoryRecord* rec = store.categories.Find(place->categoryId);
   if (rec == nullptr) return false;
-  rec->displayName = text;
-  if (both) rec->name = text;
+  rec->displayName = name;
+  if (both) rec->name = name;
   return true;
 }
 

@@ -490,9 +490,9 @@ bool ReadBodyFrom(StoredDatabase& db, File& f) {
   if (ReadUInt32(f) != kSectionMark) return false;
 
   // Ids go on above everything loaded, whatever counters an old or damaged file held.
-  store.nextCategoryId = std::max(store.nextCategoryId, highestCategory + 1);
-  store.nextDataId = std::max(store.nextDataId, highestData + 1);
-  store.nextCursor = std::max(store.nextCursor, highestCursor + 1);
+  store.nextCategoryId = std::max(store.nextCategoryId, CounterAbove(highestCategory));
+  store.nextDataId = std::max(store.nextDataId, CounterAbove(highestData));
+  store.nextCursor = std::max(store.nextCursor, CounterAbove(highestCursor));
 
   for (auto& view : store.views) view->root.expanded = store.rootExpanded;
   AttachPlaces(store, list, false, &arena);

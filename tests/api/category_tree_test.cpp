@@ -132,6 +132,7 @@ TEST_F(CategoryTree, ChildListsByKindOrderAndStart) {
   EXPECT_EQ(Children(-2, 0, 1, 0, 1, 0), (Ints{A, A2, B}));
   EXPECT_EQ(Children(-2, 0, 0, 0, -1, 0), (Ints{A, r, B}));  // the view's mode: both
   EXPECT_EQ(Children(-2, 0, 1, 1, 2, 0), (Ints{a1, a21, r, b1}));
+  EXPECT_EQ(Children(-2, 0, 1, 0, 0, 0), (Ints{}));  // kinds 0 takes nothing
 
   EXPECT_EQ(VERDAL_GetCategoryChildList(db, A, 0, 0, 0, 0, nullptr, nullptr, 3, nullptr, 0), 1);
   EXPECT_EQ(VERDAL_GetCategoryChildList(db, 999, 0, 0, 0, 0, nullptr, nullptr, 3, nullptr, 0), 0);
@@ -182,6 +183,28 @@ TEST_F(CategoryTree, RenamingOpeningAndMovingNodes) {
   into = VERDAL_CURSOR_ROOT;
   ASSERT_EQ(VERDAL_SetCategoryInfo(db, A2, nullptr, nullptr, &into, nullptr, 0, nullptr, 0, 0), 1);
   EXPECT_EQ(Children(-2, 0, 0, 0, 1, 0, v), (Ints{A, B, A2}));
+  // A move that cannot be made (into a record) leaves the node where it stood in every view.
+  into = b1;
+  EXPECT_EQ(VERDAL_SetCategoryInfo(db, r, nullptr, nullptr, &into, nullptr, 0, nullptr, 0, 0), 0);
+  EXPECT_EQ(VERDAL_GetLastError(), 19);
+  for (int32_t view : {0, v}) EXPECT_EQ(Children(B, 0, 0, 0, 3, 0, view), (Ints{r, a1, b1}));
+  // The root has nowhere to go.
+  into = B;
+  EXPECT_EQ(VERDAL_SetCategoryInfo(db, -2, nullptr, nullptr, &into, nullptr, 0, nullptr, 0, 0), 0);
+  EXPECT_EQ(VERDAL_GetLastError(), 19);
+}
+
+TEST_F(CategoryTree, NamesAreCutToTheLongestTheEngineStores) {
+  const std::string longName(VERDAL_NAME_MAX + 45, 'x');
+  int32_t c = VERDAL_AddCategory(db, -1, longName.c_str());
+  int32_t t = VERDAL_AddRecord(db, c, longName.c_str(), 0, nullptr, -1, 0, nullptr);
+  ASSERT_EQ(VERDAL_SetCategoryInfo(db, A, longName.c_str(), nullptr, nullptr, nullptr, 0, nullptr, 0, 0), 1);
+  for (int32_t cursor : {c, t, A}) {
+    std::vector<char> name(VERDAL_NAME_MAX + 1, '?');  // what name size 0 promises to be enough
+    TDBCategoryQuery q{0, 0, nullptr, name.data(), 0, nullptr, nullptr, nullptr, nullptr, nullptr};
+    ASSERT_EQ(VERDAL_GetCategoryInfo(db, cursor, &q), 1);
+    EXPECT_EQ(std::string(name.data()), longName.substr(0, VERDAL_NAME_MAX));
+  }
 }
 
 TEST_F(CategoryTree, HasCategoriesStaysTrueUntilTheStoreIsCleared) {

@@ -88,6 +88,38 @@ TEST_F(Files, ASavedDatabaseIsTheFileTheFormatDescribes) {
   EXPECT_EQ(VERDAL_Seek(db, VERDAL_CURSOR_CURRENT, 0, 0, 0, 1, nullptr, 3), r);
 }
 
+TEST_F(Files, IdsAtTheEndOfTheirRangeRefuseNewNodesCleanly) {
+  std::string name = dir / "ende.dbd";
+  VerdalHandle db = Open(name);
+  AddField(db, "Name", 0);
+  int32_t c = VERDAL_AddCategory(db, -1, "K");
+  int32_t r = VERDAL_AddRecord(db, c, "T", 0, "Eva", 0, 0, nullptr);
+  ASSERT_EQ(VERDAL_CloseDB(db), 1);
+  const std::vector<uint8_t> saved = TempFolder::Read(name);
+  // The data id counter at the head of the body, and the cursor of the last place (the record's)
+  // just before the closing mark.
+  constexpr size_t kDataCounterAt = 69;
+  const size_t lastCursorAt = saved.size() - 35;
+  for (size_t at : {kDataCounterAt, lastCursorAt}) {
+    std::vector<uint8_t> bytes = saved;
+    for (int i = 0; i < 4; ++i) bytes[at + i] = static_cast<uint8_t>(INT32_MAX >> (8 * i));
+    TempFolder::Write(name, bytes);
+    db = Open(name);
+    ASSERT_NE(db, 0u);
+    EXPECT_EQ(VERDAL_AddRecord(db, c, "neu", 0, nullptr, -1, 0, nullptr), -1);
+    EXPECT_EQ(VERDAL_GetLastError(), 21);
+    EXPECT_EQ(VERDAL_DuplicateRecord(db, VERDAL_CURSOR_LAST, c, "Kopie"), -1);
+    EXPECT_EQ(VERDAL_GetLastError(), 21);
+    EXPECT_EQ(VERDAL_AddCategory(db, -1, "L"), -1);
+    EXPECT_EQ(VERDAL_GetLastError(), 21);
+    // What was there stays usable.
+    int32_t record = at == lastCursorAt ? INT32_MAX : r;
+    EXPECT_STREQ(VERDAL_GetData(db, 0, record, 1, 0), "Eva");
+    EXPECT_EQ(VERDAL_SetData(db, 0, "Udo", record, 0, nullptr, nullptr), 1);
+    VERDAL_CloseAllDBs();
+  }
+}
+
 TEST_F(Files, OpeningTheSameNameGivesTheSameDatabase) {
   std::string name = dir / "a.dbd";
   VerdalHandle first = Open(name);

@@ -85,6 +85,11 @@ TEST_F(Records, SetDataRefusesWhatItMustBeforeChangingAnything) {
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_FIELD);
   EXPECT_EQ(VERDAL_SetData(db, kName, "x", 999, 0, nullptr, nullptr), 0);
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
+  // The root is a place without a data record.
+  EXPECT_EQ(VERDAL_SetData(db, kName, "x", VERDAL_CURSOR_ROOT, 0, nullptr, nullptr), 0);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_TARGET);
+  EXPECT_EQ(VERDAL_GetInternalData(db, VERDAL_CURSOR_ROOT, nullptr, nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_TARGET);
 
   // A field that refuses empty values and duplicates, with its own error text.
   TDBFieldParams strict = FieldParams("Kennung", 0);
@@ -137,9 +142,29 @@ TEST_F(Records, ParentsAndFirstFieldsAreChecked) {
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CATEGORY_CURSOR);
   EXPECT_EQ(VERDAL_AddRecord(db, -1, "x", 0, "v", 17, 0, nullptr), -1);
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_FIELD);
-  // The refused record took no counter number.
+  // The refused record was made before its field was checked: it took a counter number.
   int32_t next = VERDAL_AddRecord(db, -1, "n", 0, nullptr, -1, 0, nullptr);
-  EXPECT_EQ(Raw(kNummer, next), "2");
+  EXPECT_EQ(Raw(kNummer, next), "3");
+}
+
+TEST_F(Records, TextsHandedOutLastUntilTheirOwnFunctionComesRoundAgain) {
+  int32_t r = VERDAL_AddRecord(db, -1, "r", 0, "Eva", kName, 0, nullptr);
+  VERDAL_SetData(db, kPreis, "3", r, 0, nullptr, nullptr);
+  const char* name = VERDAL_GetData(db, kName, r, 1, 0);
+  const char* price = VERDAL_GetData(db, kPreis, r, 0, 0);
+  // A longer value of another field rebuilds the record's texts; what was handed out stays.
+  ASSERT_EQ(VERDAL_SetData(db, kPreis, "123456789012345678", r, 0, nullptr, nullptr), 1);
+  EXPECT_STREQ(name, "Eva");
+  EXPECT_STREQ(price, "3,00");
+  for (int i = 2; i < VERDAL_TEXT_KEPT; ++i) VERDAL_GetData(db, kPreis, r, 1, 0);
+  EXPECT_STREQ(name, "Eva");  // still there after VERDAL_TEXT_KEPT - 1 later calls
+
+  // Side by side, as in one printf, for each function that hands out text.
+  EXPECT_STRNE(VERDAL_GetData(db, kName, r, 1, 0), VERDAL_GetData(db, kPreis, r, 1, 0));
+  EXPECT_STRNE(VERDAL_ConvertData(db, kPreis, "1", 1, 0, 0), VERDAL_ConvertData(db, kPreis, "2", 1, 0, 0));
+  EXPECT_STRNE(VERDAL_GetFieldName(db, kName), VERDAL_GetFieldName(db, kPreis));
+  EXPECT_STRNE(VERDAL_GetInternalParseString(db, kName, "a", 0),
+               VERDAL_GetInternalParseString(db, kName, "b", 0));
 }
 
 TEST_F(Records, FindingValuesAndTemporaryRecords) {

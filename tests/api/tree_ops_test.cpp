@@ -153,6 +153,17 @@ TEST_F(TreeOps, DeletingMovesWhatSurvivesToTheTopAndTheHostMayChangeTheFlags) {
   EXPECT_EQ(VERDAL_HasMember(db, b), 1);
   EXPECT_EQ(VERDAL_DeleteRecord(db, 999, 6, 1, nullptr, 1), 0);
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
+
+  // The quiet moves inside a delete leave the notify switch on, even where the host had it off.
+  host.vetoReason = 0;
+  int32_t c = Category(-1, "C");
+  Category(c, "C1");
+  VERDAL_SetNotify(0);
+  ASSERT_EQ(VERDAL_DeleteRecord(db, c, 0, 1, nullptr, 1), 1);
+  host.Take();
+  Category(-1, "D");
+  EXPECT_EQ(host.Take().size(), 2u);  // added, current changed
+  VERDAL_SetNotify(1);
 }
 
 TEST_F(TreeOps, SpecialAndInternalDataOfANode) {

@@ -3,6 +3,7 @@
 // do the work, let no exception reach the host, and trace a failure.
 #include <cstdint>
 
+#include "engine/database_call.h"
 #include "engine/db_manager.h"
 #include "engine/last_error.h"
 #include "platform/trace.h"
@@ -34,11 +35,13 @@ R Guarded(const char* function, R failure, Judge judge, Work&& work) {
 }
 
 // As Guarded, for a worker on one database: a handle the pool does not hold fails with code 1.
+// The database stays whole while the worker runs, whatever a host callback inside it asks for.
 template <class R, class Work>
 R WithDatabase(const char* function, uint32_t handle, R failure, Judge judge, Work&& work) {
   return Guarded(function, failure, judge, [&]() -> R {
     engine::TDBManager* db = engine::AcceptHandle(handle);
     if (db == nullptr) return failure;
+    engine::DatabaseCall call(*db);
     return work(*db);
   });
 }

@@ -23,8 +23,9 @@ VERDAL_API int32_t VERDAL_BuildCategoryTree(VerdalHandle handle, intptr_t seed, 
                                             intptr_t user, int32_t viewIndex, int32_t startCursor) {
   try {
     if (!engine::Pool().Find(handle)) return -1;
-    return engine::BuildCategoryTree(*engine::Handles().Lookup(handle), seed, callback, user, viewIndex,
-                                     startCursor);
+    TDBManager& db = *engine::Handles().Lookup(handle);
+    engine::DatabaseCall call(db);  // the walk calls the host
+    return engine::BuildCategoryTree(db, seed, callback, user, viewIndex, startCursor);
   } catch (...) {
     return -1;
   }
@@ -72,7 +73,7 @@ VERDAL_API int32_t VERDAL_GetCategoryChildList(VerdalHandle handle, int32_t curs
         engine::SetLastError(VERDAL_ERR_INTERNAL);
         return 0;
       }
-      std::memcpy(array, list.data(), list.size() * sizeof(int32_t));
+      if (!list.empty()) std::memcpy(array, list.data(), list.size() * sizeof(int32_t));
       array[list.size()] = -1;
       *cursors = array;
     }

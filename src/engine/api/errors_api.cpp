@@ -2,6 +2,7 @@
 #include <cstring>
 #include <vector>
 
+#include "io/text_buffer.h"
 #include "engine/last_error.h"
 #include "platform/language.h"
 #include "platform/trace.h"
@@ -9,9 +10,7 @@
 
 namespace {
 
-// Grows to the longest message asked for and never shrinks, so earlier pointers into it stay valid
-// as long as no longer text has been asked for since.
-std::vector<char> g_messageBuffer(1, '\0');
+verdal::TextRing g_messages;
 
 }  // namespace
 
@@ -20,11 +19,7 @@ extern "C" {
 VERDAL_API int32_t VERDAL_GetLastError(void) { return verdal::engine::LastError(); }
 
 VERDAL_API const char* VERDAL_GetLastErrorString(int32_t code) {
-  const char* text = verdal::engine::ErrorMessage(code);
-  size_t needed = std::strlen(text) + 1;
-  if (needed > g_messageBuffer.size()) g_messageBuffer.resize(needed);
-  std::memcpy(g_messageBuffer.data(), text, needed);
-  return g_messageBuffer.data();
+  return g_messages.Keep(verdal::engine::ErrorMessage(code));
 }
 
 VERDAL_API void VERDAL_SetTraceSink(VerdalTraceFn sink) { verdal::platform::SetTraceSink(sink); }

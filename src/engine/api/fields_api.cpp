@@ -1,6 +1,7 @@
 // Exported functions on field definitions.
 #include <cstring>
 
+#include "io/text_buffer.h"
 #include "engine/api/api_frame.h"
 #include "engine/field_params.h"
 #include "engine/handle_table.h"
@@ -35,8 +36,9 @@ VERDAL_API int32_t VERDAL_GetFieldSize(VerdalHandle handle) {
 VERDAL_API const char* VERDAL_GetFieldName(VerdalHandle handle, int32_t index) {
   try {
     if (!engine::Pool().Find(handle)) return nullptr;
+    static TextRing names;
     model::TDBFieldInfo* field = FieldAt(*engine::Handles().Lookup(handle), index);
-    return field != nullptr ? field->name.c_str() : nullptr;
+    return field != nullptr ? names.Keep(field->name) : nullptr;
   } catch (...) {
     return nullptr;
   }

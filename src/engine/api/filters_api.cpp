@@ -1,4 +1,5 @@
 // Exported functions for named filters: the internal query text of a filter or of one condition.
+#include "io/text_buffer.h"
 #include "engine/api/api_frame.h"
 #include "listing/filter_text.h"
 #include "verdal.h"
@@ -7,6 +8,13 @@ using namespace verdal;
 using api::Judge;
 using engine::TDBManager;
 
+namespace {
+
+TextRing g_filterTexts;
+TextRing g_parseStrings;
+
+}  // namespace
+
 extern "C" {
 
 // An unknown name (or a filter naming a field that is gone) gives null without an error.
@@ -14,7 +22,8 @@ VERDAL_API const char* VERDAL_GetFilter(VerdalHandle handle, const char* name) {
   return api::WithDatabase("VERDAL_GetFilter", handle, static_cast<const char*>(nullptr),
                            Judge::kLastError, [&](TDBManager& db) -> const char* {
                              if (name == nullptr) return nullptr;
-                             return listing::FilterText(db.filters, db.store, name);
+                             const char* text = listing::FilterText(db.filters, db.store, name);
+                             return text != nullptr ? g_filterTexts.Keep(text) : nullptr;
                            });
 }
 
@@ -23,7 +32,9 @@ VERDAL_API const char* VERDAL_GetInternalParseString(VerdalHandle handle, int32_
   return api::WithDatabase("VERDAL_GetInternalParseString", handle,
                            static_cast<const char*>(nullptr), Judge::kResult,
                            [&](TDBManager& db) -> const char* {
-                             return listing::InternalParseString(db.store, fieldIndex, value, flags);
+                             const char* text =
+                                 listing::InternalParseString(db.store, fieldIndex, value, flags);
+                             return text != nullptr ? g_parseStrings.Keep(text) : nullptr;
                            });
 }
 

@@ -59,6 +59,10 @@ VERDAL_API int32_t VERDAL_CloseDBByFileName(const char* fileName) {
 
 VERDAL_API int32_t VERDAL_Load(VerdalHandle handle, const char* fileName, int32_t refuseReadOnly) {
   return api::WithDatabase("VERDAL_Load", handle, 0, Judge::kResult, [&](engine::TDBManager& db) -> int32_t {
+    if (engine::InNestedCall(db)) {  // reading would pull the store from under the outer call
+      engine::SetLastError(VERDAL_ERR_TARGET);
+      return 0;
+    }
     if (fileName == nullptr || strcasecmp(fileName, db.fileName.c_str()) == 0) return db.Reload() ? 1 : 0;
     if (!db.Open(fileName, false, db.readOnly, refuseReadOnly != 0)) return 0;
     engine::Pool().Rename(handle, fileName);

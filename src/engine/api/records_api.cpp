@@ -21,12 +21,13 @@ model::TDBCategoryData* PlaceOf(TDBManager& db, int32_t cursor) {
   return place;
 }
 
-// The data record behind a cursor; null with code 5.
+// The data record behind a cursor; null with code 5 for no place, 10 for a place without one
+// (the root).
 model::TDBDataRecord* DataOf(TDBManager& db, int32_t cursor) {
   model::TDBCategoryData* place = PlaceOf(db, cursor);
   if (place == nullptr) return nullptr;
   model::TDBDataRecord* data = model::DataOf(db.store, place);
-  if (data == nullptr) engine::SetLastError(VERDAL_ERR_CURSOR);
+  if (data == nullptr) engine::SetLastError(VERDAL_ERR_TARGET);
   return data;
 }
 
@@ -48,6 +49,11 @@ VERDAL_API int32_t VERDAL_DeleteRecord(VerdalHandle handle, int32_t cursor, int3
 
 VERDAL_API int32_t VERDAL_EmptyData(VerdalHandle handle, int32_t keepDefinitions) {
   return api::WithDatabase("VERDAL_EmptyData", handle, 0, Judge::kResult, [&](TDBManager& db) {
+    if (engine::InNestedCall(db)) {  // from a callback: the outermost call empties it
+      db.emptyRequested = true;
+      db.emptyKeepsDefinitions = keepDefinitions != 0;
+      return 1;
+    }
     engine::EmptyData(db, keepDefinitions != 0);
     return 1;
   });
