@@ -2,10 +2,15 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+
 #include "engine/file_passwords.h"
 #include "engine/handle_table.h"
 #include "engine/last_error.h"
 #include "engine/pool_manager.h"
+#include "io/memfile.h"
 #include "platform/clock.h"
 #include "platform/file_system.h"
 #include "platform/guid.h"
@@ -59,11 +64,14 @@ bool ReadFile(TDBManager& db, TBaseFile& file) {
 // of `name` in one step. Whatever fails, `name` holds its old content or the new.
 bool WriteReplacing(TDBManager& db, const std::string& name) {
   std::string temporary = TemporaryNameOf(name);
-  if (platform::FileExists(temporary.c_str())) platform::MakeWritable(temporary.c_str());
+  // What lies under the temporary name is a leftover of the database's own: it goes, and the new
+  // file is made afresh, so that a link planted there is never written through. (Deleting needs
+  // no write permission on the file, so the Part's "make it writable" has nothing to do here.)
+  ::unlink(platform::NativePath(temporary.c_str()).c_str());
   bool written = false;
   {
     TFileEx out;
-    if (!out.Open(temporary.c_str(), TFileEx::kReadWrite | TFileEx::kCreate | TFileEx::kTruncate))
+    if (!out.Open(temporary.c_str(), TFileEx::kReadWrite | TFileEx::kCreate | TFileEx::kExclusive))
       return false;
     try {
       written = storage::WriteEnvelope(db, out) && out.Sync();
@@ -76,11 +84,35 @@ bool WriteReplacing(TDBManager& db, const std::string& name) {
     ::unlink(platform::NativePath(temporary.c_str()).c_str());
     return false;
   }
-  // Held open across the rename: the old content is wiped once the new file has its name.
+  // Held open across the rename: the old content is wiped once the new file has its name, unless
+  // another link still names it.
   platform::FileToWipe old(name.c_str());
   if (!platform::RenameFile(temporary.c_str(), name.c_str())) return false;
   old.Wipe();
   return true;
+}
+
+// Writes bytes as the whole content of `name` in place: opened with create and truncate, so a
+// symbolic link is written through and an existing file keeps its inode, its other links and its
+// mode. A file that this call created is removed again if writing fails.
+bool WriteInPlace(const std::string& name, TMemFile& image) {
+  const bool existed = platform::FileExists(name.c_str());
+  TFileEx out;
+  if (!out.Open(name.c_str(), TFileEx::kReadWrite | TFileEx::kCreate | TFileEx::kTruncate))
+    return false;
+  const int32_t length = static_cast<int32_t>(image.GetLength());
+  bool written = false;
+  try {
+    out.LockRange(0, length);
+    out.Write(image.Data(), length);
+    written = out.Sync();
+    out.UnlockRange(0, length);
+  } catch (...) {
+    written = false;
+  }
+  if (!written && !existed) platform::RemoveCreatedFile(out.Descriptor(), name.c_str());
+  if (!out.Close()) written = false;
+  return written;
 }
 
 }  // namespace
@@ -112,7 +144,24 @@ bool TDBManager::SafeSave() {
 
 bool TDBManager::SaveCopy(const char* name) {
   if (name == nullptr || *name == '\0') return false;
-  return WriteReplacing(*this, platform::NativePath(name));
+  std::string target = platform::NativePath(name);
+  // The database's own file under another spelling (a link, another path): truncating it in place
+  // would risk the only copy, so it gets the safe save its own name gets.
+  if (file && platform::SameFile(file->Descriptor(), target.c_str())) return SafeSave();
+  // The whole file is made in memory first: whatever fails there (the cipher above all) fails
+  // before the target is opened, so a new target is never made and an existing one keeps its
+  // content.
+  const int32_t estimate = static_cast<int32_t>(std::min<uint64_t>(
+      uint64_t{storedLength} + 4096 + identifier.size(), uint64_t{INT32_MAX} / 2));
+  TMemFile image(std::max<int32_t>(estimate, 65536));
+  if (!image.IsOpen()) return false;
+  bool made = false;
+  try {
+    made = storage::WriteEnvelope(*this, image);
+  } catch (...) {
+    made = false;
+  }
+  return made && WriteInPlace(target, image);
 }
 
 bool TDBManager::Reload() {
@@ -131,10 +180,19 @@ bool TDBManager::Open(const char* name, bool create, bool readOnlyIn, bool refus
     Close();
     return true;
   }
+  if (platform::NameTooLong(name)) {
+    // Neither missing nor there: a name the system does not take is refused as such.
+    SetLastError(VERDAL_ERR_INPUT);
+    platform::Trace("TDBManager::Open failed for '%s'", name);
+    return false;
+  }
   bool exists = platform::FileExists(name);
   if (!readOnlyIn) {
+    // A file that cannot be written opens read-only, or fails with the refuse flag. Where the
+    // file is to be kept (create off) its write protection is cleared first, as the Part says;
+    // an open that may create leaves the file's protection as the owner set it.
     bool cannotWrite = platform::IsOnReadOnlyMedium(name) ||
-                       (!create && exists && !platform::MakeWritable(name));
+                       (exists && !(create ? platform::IsWritable(name) : platform::MakeWritable(name)));
     if (cannotWrite) {
       if (refuseReadOnly) return false;
       readOnlyIn = true;
@@ -152,13 +210,23 @@ bool TDBManager::Open(const char* name, bool create, bool readOnlyIn, bool refus
   }
   Close();
   uint32_t flags = readOnlyIn ? TFileEx::kRead : TFileEx::kReadWrite;
-  if (!exists) flags |= TFileEx::kCreate | TFileEx::kTruncate;
+  // A new file is made exclusively rather than with truncation: a file that is there after all
+  // (one that appeared since the test above) fails the open instead of losing its content.
+  if (!exists) flags |= TFileEx::kCreate | TFileEx::kExclusive;
   auto opened = std::make_unique<TFileEx>();
-  if (!opened->Open(name, flags)) return false;
+  if (!opened->Open(name, flags)) {
+    // A new file that cannot be made (its folder is missing, say) is a failed write; a file that
+    // is there but cannot be opened, a failed read.
+    SetLastError(exists ? VERDAL_ERR_READ_FILE : VERDAL_ERR_WRITE_FILE);
+    platform::Trace(exists ? "TDBManager::Load failed for '%s'" : "TDBManager::Save failed for '%s'", name);
+    return false;
+  }
   file = std::move(opened);
   readOnly = readOnlyIn;
+  // The Part makes an existing temporary file writable here; on Linux its deletion and wiping
+  // need no such step (the wipe clears the protection of a file it holds itself), and a link
+  // planted under the name must not have the file it leads to changed.
   temporaryName = TemporaryNameOf(name);
-  if (platform::FileExists(temporaryName.c_str())) platform::MakeWritable(temporaryName.c_str());
   backupName = BackupNameOf(name);
   fileName = name;
   if (!exists) {

@@ -50,7 +50,11 @@ class TDBManager : public storage::StoredDatabase {
   // new one under the name, and the old one in the backup. True without work for a database that
   // is read-only, imported or has no file.
   bool SafeSave();
-  // Writes a copy under another name; the database stays on its own file and stays dirty.
+  // Writes a copy under another name, in place: the file is opened with create and truncate, so a
+  // link is written through and the file keeps its inode and mode. The copy is made in memory
+  // before the file is opened, and a file that the call created is removed when writing fails.
+  // The database stays on its own file and stays dirty. Another name of the database's own file
+  // gets the safe save.
   bool SaveCopy(const char* name);
   // Reads the open file again; false (code 25) when that fails.
   bool Reload();

@@ -73,6 +73,12 @@ uint32_t OpenDatabase(const OpenRequest& request) {
         case Reuse::kReplace: Pool().Remove(h, true); break;
       }
     }
+    if (platform::NameTooLong(r.fileName)) {
+      // Longer than the system takes: refused as such, neither searched for nor created.
+      SetLastError(VERDAL_ERR_INPUT);
+      platform::Trace("VERDAL_OpenDBEx failed for '%s'", r.fileName);
+      return 0;
+    }
     if (!platform::FileExists(r.fileName) && !r.noSearch && r.search) {
       if (!SearchFile(r, searched)) {
         platform::Trace("VERDAL_OpenDBEx failed for '%s'", r.fileName);

@@ -36,6 +36,7 @@ bool TFileEx::Open(const char* path, uint32_t flags, int permission) {
   }
   if (flags & kCreate) oflags |= O_CREAT;
   if (flags & kTruncate) oflags |= O_TRUNC;
+  if (flags & kExclusive) oflags |= O_EXCL;
 
   int fd;
   do {

@@ -8,6 +8,7 @@
 //   kReadWrite | kCreate | kTruncate          writing any file anew
 //   kRead | kShareNone                        input of the file encipherer
 //   kReadWrite | kCreate | kTruncate | kShareNone   output of the file encipherer
+//   kReadWrite | kCreate | kExclusive         a new database file, the temporary file of a save
 //
 // Sharing is emulated with flock(): every open takes a shared lock and a kShareNone open an
 // exclusive one, both without waiting, so a no-sharing open fails while anyone else has the file
@@ -29,6 +30,7 @@ class TFileEx : public TBaseFile {
     kCreate = 0x4,     // create the file if it does not exist
     kTruncate = 0x8,   // cut an existing file to length 0
     kShareNone = 0x10, // no other TFileEx may have the file open meanwhile
+    kExclusive = 0x20, // with kCreate: fail if anything, a symbolic link included, has the name
   };
   enum SeekOrigin : int32_t { kFromBegin = 0, kFromCurrent = 1, kFromEnd = 2 };
 

@@ -5,7 +5,8 @@
 
 namespace verdal::platform {
 
-enum class FaultSite { kWrite, kSync, kRename, kCopy, kDelete };
+// kEncipher is asked by the envelope just before it enciphers a payload at save.
+enum class FaultSite { kWrite, kSync, kRename, kCopy, kDelete, kEncipher };
 
 // Returns true when the operation at this site is to fail.
 using FaultHook = bool (*)(FaultSite site);

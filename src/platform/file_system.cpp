@@ -9,6 +9,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -32,19 +34,26 @@ std::string NativePath(const char* name) {
 }
 
 bool FileExists(const char* name) {
-  if (name == nullptr) return false;
-  size_t length = std::strlen(name);
-  if (length < 2 || length > 259) return false;
+  if (name == nullptr || *name == '\0') return false;
   return access(NativePath(name).c_str(), F_OK) == 0;
+}
+
+bool NameTooLong(const char* name) {
+  if (name == nullptr || *name == '\0') return false;
+  return access(NativePath(name).c_str(), F_OK) != 0 && errno == ENAMETOOLONG;
 }
 
 bool IsOnReadOnlyMedium(const char* name) {
   std::string path = NativePath(name);
-  std::string probe = access(path.c_str(), F_OK) == 0 ? path : FolderOf(path);
+  std::string folder = FolderOf(path);
+  if (access(folder.c_str(), F_OK) != 0) return false;  // no folder: nothing can be written there
+  std::string probe = access(path.c_str(), F_OK) == 0 ? path : folder;
   struct statvfs fs {};
   if (statvfs(probe.c_str(), &fs) == 0 && (fs.f_flag & ST_RDONLY) != 0) return true;
-  return access(FolderOf(path).c_str(), W_OK) != 0;
+  return access(folder.c_str(), W_OK) != 0;
 }
+
+bool IsWritable(const char* name) { return access(NativePath(name).c_str(), W_OK) == 0; }
 
 bool MakeWritable(const char* name) {
   std::string path = NativePath(name);
@@ -156,9 +165,9 @@ bool RenameFile(const char* from, const char* to) {
 FileToWipe::FileToWipe(const char* name) {
   std::string path = NativePath(name);
   struct stat st {};
-  if (::stat(path.c_str(), &st) != 0 || S_ISDIR(st.st_mode)) return;
+  if (::lstat(path.c_str(), &st) != 0 || !S_ISREG(st.st_mode)) return;
   MakeWritable(name);
-  fd_ = ::open(path.c_str(), O_WRONLY);
+  fd_ = ::open(path.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC);
 }
 
 FileToWipe::~FileToWipe() {
@@ -168,6 +177,7 @@ FileToWipe::~FileToWipe() {
 bool FileToWipe::Wipe() {
   struct stat st {};
   if (fd_ < 0 || ::fstat(fd_, &st) != 0) return false;
+  if (st.st_nlink > 0) return true;  // still named elsewhere: not lingering, and not ours
   std::vector<char> blanks(kBlock, ' ');
   bool ok = true;
   for (off_t left = st.st_size; left > 0 && ok;) {
@@ -180,13 +190,33 @@ bool FileToWipe::Wipe() {
 }
 
 bool WipeFile(const char* name) {
-  {
-    FileToWipe file(name);
-    if (!file.IsOpen()) return false;
-    file.Wipe();
+  std::string path = NativePath(name);
+  struct stat st {};
+  if (::lstat(path.c_str(), &st) != 0 || S_ISDIR(st.st_mode)) return false;
+  if (S_ISLNK(st.st_mode)) {
+    // A link under the name: the name goes, the file it leads to is not ours to wipe.
+    if (InjectFault(FaultSite::kDelete)) return false;
+    return ::unlink(path.c_str()) == 0;
   }
-  if (InjectFault(FaultSite::kDelete)) return false;
-  return ::unlink(NativePath(name).c_str()) == 0;
+  FileToWipe file(name);
+  if (!file.IsOpen()) return false;
+  // Deleted first, so that the wipe can tell whether another hard link still names the content.
+  if (InjectFault(FaultSite::kDelete) || ::unlink(path.c_str()) != 0) return false;
+  file.Wipe();
+  return true;
+}
+
+bool SameFile(int fd, const char* name) {
+  struct stat a {}, b {};
+  return fd >= 0 && ::fstat(fd, &a) == 0 && ::stat(NativePath(name).c_str(), &b) == 0 &&
+         a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+void RemoveCreatedFile(int fd, const char* name) {
+  std::string path = NativePath(name);
+  char resolved[PATH_MAX];
+  if (::realpath(path.c_str(), resolved) != nullptr) path = resolved;
+  if (SameFile(fd, path.c_str())) ::unlink(path.c_str());
 }
 
 }  // namespace verdal::platform

@@ -8,12 +8,20 @@ namespace verdal::platform {
 
 std::string NativePath(const char* name);
 
-// A name of 2 to 259 characters that names something the process can reach.
+// A name that names something the process can reach. Any length the system takes counts: the
+// 259-character limit of the original's buffers does not apply inside the engine.
 bool FileExists(const char* name);
 
-// The path lies on a file system mounted read-only, or in a folder the process cannot write: the
-// counterpart of a CD-ROM drive.
+// The system refuses the name as too long (ENAMETOOLONG: the whole path, or one of its parts).
+// Such a name is neither an existing file nor a missing one.
+bool NameTooLong(const char* name);
+
+// The path lies on a file system mounted read-only, or in an existing folder the process cannot
+// write: the counterpart of a CD-ROM drive. A folder that does not exist is not a medium at all.
 bool IsOnReadOnlyMedium(const char* name);
+
+// The process may write the file (access W_OK: its mode, an immutable flag, a read-only mount).
+bool IsWritable(const char* name);
 
 // Sets the owner's write bit; true if the file is writable afterwards.
 bool MakeWritable(const char* name);
@@ -34,11 +42,14 @@ bool CopyFile(const char* from, const char* to);
 // Replaces `to` by `from` in one step (both in one folder) and forces the folder to disk.
 bool RenameFile(const char* from, const char* to);
 
-// Overwrites a file with blanks up to its length, so its old content does not linger on the disk,
-// then deletes it. A folder is refused. True if it could be opened and was deleted.
+// Deletes a file and overwrites its content with blanks up to its length, so that it does not
+// linger on the disk. A folder is refused. A symbolic link is deleted, never written through, and
+// content that another hard link still names is left as it is: only what nothing names any more
+// is wiped. True if it could be opened and was deleted.
 bool WipeFile(const char* name);
 
 // Holds a file open so that its content can be wiped after another file has taken its name.
+// A symbolic link under the name is not followed (nothing is held).
 class FileToWipe {
  public:
   explicit FileToWipe(const char* name);
@@ -46,12 +57,22 @@ class FileToWipe {
   FileToWipe(const FileToWipe&) = delete;
   FileToWipe& operator=(const FileToWipe&) = delete;
   bool IsOpen() const { return fd_ >= 0; }
-  // Overwrites the content with blanks; false if the file could not be opened or written.
+  // Overwrites the content with blanks, once no name is left for it; content that another hard
+  // link still names is not the database's to wipe and stays. False if the file could not be
+  // opened or written.
   bool Wipe();
 
  private:
   int fd_ = -1;
 };
+
+// The descriptor and the name lead to the same file (device and inode), links followed.
+bool SameFile(int fd, const char* name);
+
+// Removes the file that `fd` has open, under `name` or, where `name` is a symbolic link, under the
+// path the link resolves to; only if that is still the same file. For undoing a file that a failed
+// write created.
+void RemoveCreatedFile(int fd, const char* name);
 
 // The name, trimmed of blanks, ends in extension (given with its dot), in any letter case.
 bool HasExtension(const char* name, const char* extension);

@@ -9,13 +9,14 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "io/memfile.h"
 #include "io/read_ahead_file.h"
 #include "io/stream_io.h"
-#include "storage/database_file.h"
+#include "platform/fault.h"
 #include "storage/database_file.h"
 #include "crypto/memory_container.h"
 
@@ -111,11 +112,25 @@ bool WriteEnvelopeOrThrow(StoredDatabase& db, TBaseFile& file, const BodyCodec& 
   WriteBool(db.store.rootExpanded, file);
   const int32_t payloadAt = file.Tell();
 
+  // Without a password there is no key: the payload is not enciphered, as the Part says.
+  if (db.enciphered && db.password.empty()) db.enciphered = false;
   if (!db.compressed && !db.enciphered) return WritePlain(db, file, body, flagsAt, payloadAt);
+
+  // A payload that is to be enciphered is never written in clear: where the body cannot reach the
+  // cipher, or the cipher fails, the save fails and the file under the name stays as it was (the
+  // Part's silent fallback to plain is not taken, for the password's sake). Compression that
+  // fails only leaves the body uncompressed, enciphered all the same.
+  const bool seal = db.enciphered;
+  const bool wasCompressed = db.compressed;
+  auto refuse = [&]() {
+    db.compressed = wasCompressed;
+    return false;
+  };
 
   auto mem = std::make_unique<TMemFile>(kFirstBlock);
   if (!body.write(db, *mem)) {
     mem.reset();
+    if (seal) return refuse();
     return WritePlain(db, file, body, flagsAt, payloadAt);
   }
   db.plainLength = static_cast<uint32_t>(mem->Tell());
@@ -126,7 +141,7 @@ bool WriteEnvelopeOrThrow(StoredDatabase& db, TBaseFile& file, const BodyCodec& 
   std::unique_ptr<char[]> packed;
   if (db.compressed) {
     // bzip2 reports failure when its output would pass one and a half times the input, which
-    // is what a tiny body does: that body is simply stored plain.
+    // is what a tiny body does: that body is simply stored uncompressed.
     const uint64_t room = uint64_t{length} * 3 / 2;
     unsigned int packedLength = static_cast<unsigned int>(room);
     packed.reset(new (std::nothrow) char[room > 0 ? room : 1]);
@@ -137,28 +152,28 @@ bool WriteEnvelopeOrThrow(StoredDatabase& db, TBaseFile& file, const BodyCodec& 
                                                   length, kBlockSize100k, kVerbosity, kWorkFactor);
     if (rc != BZ_OK) {
       packed.reset();
-      mem.reset();
       db.compressed = false;
-      return WritePlain(db, file, body, flagsAt, payloadAt);
+      if (!seal) {
+        mem.reset();
+        return WritePlain(db, file, body, flagsAt, payloadAt);
+      }
+    } else {
+      mem.reset();
+      data = reinterpret_cast<const uint8_t*>(packed.get());
+      length = packedLength;
     }
-    mem.reset();
-    data = reinterpret_cast<const uint8_t*>(packed.get());
-    length = packedLength;
   }
 
-  if (db.enciphered && db.password.empty()) db.enciphered = false;
   std::vector<uint8_t> sealed;
-  if (db.enciphered) {
+  if (seal) {
     try {
       int32_t sealedLength = 0, headerLength = 0;
+      if (platform::InjectFault(platform::FaultSite::kEncipher))
+        throw std::runtime_error("Crypto: enciphering failed");
       crypto::EncryptMemory(db.password.c_str(), data, static_cast<int32_t>(length), sealed,
                             sealedLength, headerLength);
     } catch (...) {
-      std::vector<uint8_t>().swap(sealed);
-      packed.reset();
-      mem.reset();
-      db.enciphered = false;
-      return WritePlain(db, file, body, flagsAt, payloadAt);
+      return refuse();
     }
     packed.reset();
     mem.reset();

@@ -210,12 +210,12 @@ TEST_F(Envelope, FallbacksSavePlain) {
     EXPECT_EQ(g_readBack, g_body);
   }
   {
-    // A body that cannot be written into memory is written straight into the file.
+    // A body that cannot be written into memory is written straight into the file, when it is
+    // only to be compressed.
     g_writes = 0;
     TDBManager db(1);
     db.compressed = true;
     db.password = "geheim123";
-    db.enciphered = true;
     std::vector<uint8_t> bytes = Save(db, BodyCodec{WriteBlobNotToMemory, ReadBlob});
     EXPECT_EQ(g_writes, 2);
     EXPECT_FALSE(db.compressed);
@@ -223,6 +223,48 @@ TEST_F(Envelope, FallbacksSavePlain) {
     TDBManager back(1);
     ASSERT_TRUE(Load(back, bytes));
     EXPECT_EQ(g_readBack, g_body);
+  }
+}
+
+// Where the payload is to be enciphered, no fallback writes it in clear: compression that fails
+// leaves the body uncompressed but enciphered, and a body that cannot reach the cipher fails the
+// save, with the password and the flags kept for the next one.
+TEST_F(Envelope, FallbacksKeepTheCipher) {
+  {
+    g_body = "kurz";
+    TDBManager db(1);
+    db.compressed = true;
+    db.password = "geheim123";
+    db.enciphered = true;
+    std::vector<uint8_t> bytes = Save(db);
+    EXPECT_FALSE(db.compressed);
+    EXPECT_TRUE(db.enciphered);
+    EXPECT_EQ(bytes[10], 0);
+    EXPECT_EQ(bytes[11], 1);
+    EXPECT_EQ(db.plainLength, 8u);
+    EXPECT_EQ(db.storedLength, 69u + 32u);
+    EXPECT_EQ(bytes.size(), PayloadAt(db) + 69 + 32);
+    EXPECT_EQ(std::string(bytes.begin(), bytes.end()).find("kurz"), std::string::npos);
+    TDBManager back(1);
+    back.password = "geheim123";
+    ASSERT_TRUE(Load(back, bytes));
+    EXPECT_EQ(g_readBack, "kurz");
+    EXPECT_TRUE(back.enciphered);
+  }
+  for (bool compress : {false, true}) {
+    g_writes = 0;
+    g_body = SampleBody(50000);
+    TDBManager db(1);
+    db.compressed = compress;
+    db.password = "geheim123";
+    db.enciphered = true;
+    TMemFile f(100);
+    EXPECT_FALSE(verdal::storage::WriteEnvelope(db, f, BodyCodec{WriteBlobNotToMemory, ReadBlob}));
+    EXPECT_EQ(g_writes, 1);
+    EXPECT_EQ(db.compressed, compress);
+    EXPECT_TRUE(db.enciphered);
+    EXPECT_EQ(db.password, "geheim123");
+    EXPECT_EQ(std::string(f.Data(), f.Data() + f.GetLength()).find("Eintrag"), std::string::npos);
   }
 }
 

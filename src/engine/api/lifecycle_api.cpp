@@ -10,6 +10,7 @@
 #include "engine/link_walk.h"
 #include "engine/handle_table.h"
 #include "engine/pool_manager.h"
+#include "platform/trace.h"
 #include "verdal.h"
 
 using namespace verdal;
@@ -72,9 +73,12 @@ VERDAL_API int32_t VERDAL_Load(VerdalHandle handle, const char* fileName, int32_
 
 VERDAL_API int32_t VERDAL_Save(VerdalHandle handle, const char* fileName) {
   return api::WithDatabase("VERDAL_Save", handle, 0, Judge::kResult, [&](engine::TDBManager& db) -> int32_t {
-    if (fileName == nullptr || *fileName == '\0' || strcasecmp(fileName, db.fileName.c_str()) == 0)
-      return db.SafeSave() ? 1 : 0;
-    return db.SaveCopy(fileName) ? 1 : 0;
+    const bool own = fileName == nullptr || *fileName == '\0' || strcasecmp(fileName, db.fileName.c_str()) == 0;
+    if (own ? db.SafeSave() : db.SaveCopy(fileName)) return 1;
+    // A save that failed says so with code 26, as Part 3.4 has the callers of the envelope do.
+    if (engine::LastError() == 0) engine::SetLastError(VERDAL_ERR_WRITE_FILE);
+    platform::Trace("TDBManager::Save failed for '%s'", own ? db.fileName.c_str() : fileName);
+    return 0;
   });
 }
 
@@ -87,8 +91,15 @@ VERDAL_API int32_t VERDAL_GetDBProperties(VerdalHandle handle, VerdalDBPropertie
     }
     properties->readOnly = db.readOnly ? 1 : 0;
     properties->importMode = db.importLink.active ? 1 : 0;
-    CopyCut(properties->fileName, sizeof properties->fileName, db.fileName);
     CopyCut(properties->password, sizeof properties->password, db.password);
+    if (db.fileName.size() >= sizeof properties->fileName) {
+      // A name cut to 259 characters would name another file: the record gets none, and the
+      // call fails with code 10, the target being too small. The other members are filled.
+      properties->fileName[0] = '\0';
+      engine::SetLastError(VERDAL_ERR_TARGET);
+      return 0;
+    }
+    CopyCut(properties->fileName, sizeof properties->fileName, db.fileName);
     return 1;
   });
 }
