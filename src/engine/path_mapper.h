@@ -1,5 +1,5 @@
 #pragma once
-// The host's path mapper, through which import, export and actions pass file names (Part 1.1).
+// The host's path mapper, through which import, export and actions pass file names.
 // Its interface is a buffer of 260 bytes, the one place where a path of the engine must fit the
 // original's limit; everywhere else a path may be as long as the system allows.
 #include <string>

@@ -75,7 +75,7 @@ VERDAL_API int32_t VERDAL_Save(VerdalHandle handle, const char* fileName) {
   return api::WithDatabase("VERDAL_Save", handle, 0, Judge::kResult, [&](engine::TDBManager& db) -> int32_t {
     const bool own = fileName == nullptr || *fileName == '\0' || strcasecmp(fileName, db.fileName.c_str()) == 0;
     if (own ? db.SafeSave() : db.SaveCopy(fileName)) return 1;
-    // A save that failed says so with code 26, as Part 3.4 has the callers of the envelope do.
+    // A save that failed says so with code 26, as every failed write of a database file does.
     if (engine::LastError() == 0) engine::SetLastError(VERDAL_ERR_WRITE_FILE);
     platform::Trace("TDBManager::Save failed for '%s'", own ? db.fileName.c_str() : fileName);
     return 0;
