@@ -134,6 +134,21 @@ TEST_F(FilteredChildren, DeletedFieldsAndUnbalancedFiltersFail) {
   EXPECT_EQ(array, nullptr);
 }
 
+TEST_F(FilteredChildren, NamesIgnoreLetterCaseBeyondAscii) {
+  ASSERT_EQ(AddField(db, "Gr\xF6\xDF" "e", 1), 4);  // Größe
+  VERDAL_SetData(db, 4, "7", cursors[1], 0, nullptr, nullptr);
+  VERDAL_SetData(db, 4, "9", cursors[4], 0, nullptr, nullptr);
+  // The row names the field as GRÖßE; the filter is asked for as "größe über 5".
+  Store("Gr\xF6\xDF" "e \xFC" "ber 5", {{0, "", "GR\xD6\xDF" "E", 4, "5", "", 0, 0, 0, 0}});
+  EXPECT_EQ(Passing("gr\xF6\xDF" "e \xDC" "BER 5"), (Ints{1, 4}));
+  int32_t count = 0;
+  int32_t* array = nullptr;
+  ASSERT_EQ(VERDAL_GetCategoryChildList(db, -2, 0, 0, 1, 0, &count, &array, 2,
+                                        "\\eval{gr\xF6\xDF" "E|<|8|0} and \\eval{gr\xF6\xDF" "E|>|0|0}", 0), 1);
+  EXPECT_EQ(count, 1);  // Schaber
+  VERDAL_GetCategoryDeleteChildList(array);
+}
+
 TEST_F(FilteredChildren, LongAndDeepFilters) {
   // 2,101 rows joined by "or": only the last one matches (Otto's price).
   std::vector<std::string> prices;
