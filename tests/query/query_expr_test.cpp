@@ -128,9 +128,11 @@ TEST(QueryExpr, LongProgramsAndDeepTreesStayOffTheStackLimit) {
     text += " & \"x\"";
   }
   any += " or \"ja\"";
-  for (int i = 0; i < 200; ++i) nested = "(" + nested + "+1)";
+  std::string deepest = "1";
+  for (int i = 0; i < 200; ++i) nested = "(1+" + nested + ")";
+  for (int i = 0; i < 495; ++i) deepest = "(1+" + deepest + ")";  // just inside the bound
   const std::pair<std::string, std::string> rows[] = {
-      {sum, "1500"}, {any, "1"}, {all, "1"}, {text, std::string(3000, 'x')}, {nested, "201"}};
+      {sum, "1500"}, {any, "1"}, {all, "1"}, {text, std::string(3000, 'x')}, {nested, "201"}, {deepest, "496"}};
   for (const auto& [query, result] : rows) {
     EXPECT_EQ(RunQuery(q, (query + ";").c_str()), result) << query.substr(0, 40);
   }
