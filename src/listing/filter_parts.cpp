@@ -1,10 +1,9 @@
 #include "listing/filter_parts.h"
 
-#include <strings.h>
-
 #include <algorithm>
 
 #include "io/stream_io.h"
+#include "platform/collation.h"
 
 namespace verdal::listing {
 
@@ -43,7 +42,7 @@ TDBFilterPartsItem* TDBFilterCollection::Find(const std::string& name) const {
 
 int32_t TDBFilterCollection::IndexOf(const std::string& name) const {
   for (size_t i = 0; i < filters.size(); ++i)
-    if (strcasecmp(filters[i]->name.c_str(), name.c_str()) == 0) return static_cast<int32_t>(i);
+    if (platform::SameNameNoCase(filters[i]->name, name)) return static_cast<int32_t>(i);
   return -1;
 }
 

@@ -1,9 +1,8 @@
 #include "model/fields.h"
 
-#include <strings.h>
-
 #include <vector>
 
+#include "platform/collation.h"
 #include "platform/trace.h"
 
 namespace verdal::model {
@@ -18,21 +17,21 @@ TDBFieldInfo::TDBFieldInfo() : serial(g_nextSerial++) {}
 
 TDBFieldInfo* FieldByName(NodeStore& store, const char* name, int32_t* index) {
   if (name == nullptr) return nullptr;
-  for (size_t i = 0; i < store.fields.size(); ++i) {
-    if (strcasecmp(store.fields[i]->name.c_str(), name) != 0) continue;
-    if (index != nullptr) *index = static_cast<int32_t>(i);
-    return store.fields[i].get();
-  }
-  return nullptr;
+  const int32_t i = store.fieldNames.Find(store.fields, name);
+  if (i < 0) return nullptr;
+  if (index != nullptr) *index = i;
+  return store.fields[static_cast<size_t>(i)].get();
 }
 
 int32_t FieldIndexByName(NodeStore& store, const char* name, bool givePosition,
                          const TDBDataRecord* record) {
   if (name == nullptr) return -1;
-  for (size_t i = 0; i < store.fields.size(); ++i) {
+  const int32_t first = store.fieldNames.Find(store.fields, name);
+  if (first < 0 || !givePosition) return first;
+  // A name that a damaged file holds twice: a later field may still have a value in the record.
+  for (size_t i = static_cast<size_t>(first); i < store.fields.size(); ++i) {
     const TDBFieldInfo& f = *store.fields[i];
-    if (strcasecmp(f.name.c_str(), name) != 0) continue;
-    if (!givePosition) return static_cast<int32_t>(i);
+    if (i != static_cast<size_t>(first) && !platform::SameNameNoCase(f.name, name)) continue;
     if (record != nullptr && (f.position < 0 || static_cast<size_t>(f.position) >= record->values.size()))
       continue;
     return f.position;
@@ -57,6 +56,7 @@ int32_t AddFieldInfo(NodeStore& store, const TDBFieldInfo& pattern, int32_t inde
   if (index < 0 || static_cast<size_t>(index) > store.fields.size())
     index = static_cast<int32_t>(store.fields.size());
   store.fields.insert(store.fields.begin() + index, std::move(field));
+  store.fieldNames.Added(store.fields, static_cast<size_t>(index));
   return index;
 }
 
@@ -67,6 +67,7 @@ int32_t MoveField(NodeStore& store, int32_t from, int32_t to) {
   fields.erase(fields.begin() + from);
   if (to < 0 || static_cast<size_t>(to) > fields.size()) to = static_cast<int32_t>(fields.size());
   fields.insert(fields.begin() + to, std::move(field));
+  store.fieldNames.Invalidate();
   return to;
 }
 
@@ -75,6 +76,7 @@ void RemoveField(NodeStore& store, int32_t index) {
   if (index < 0 || static_cast<size_t>(index) >= fields.size()) return;
   int32_t p = fields[static_cast<size_t>(index)]->position;
   fields.erase(fields.begin() + index);
+  store.fieldNames.Invalidate();
   store.data.ForEach([&](int32_t, TDBDataRecord* record) {
     if (fields.empty())
       record->values.Clear();

@@ -1,11 +1,10 @@
 #include "model/node_store.h"
 
-#include <strings.h>
-
 #include <unordered_map>
 #include <utility>
 
 #include "platform/clock.h"
+#include "platform/collation.h"
 #include "platform/guid.h"
 
 namespace verdal::model {
@@ -23,7 +22,7 @@ TDBNodeManagerItem* NodeStore::View(int32_t index) {
 
 int32_t NodeStore::FindView(const std::string& name) const {
   for (size_t i = 0; i < views.size(); ++i)
-    if (strcasecmp(views[i]->name.c_str(), name.c_str()) == 0) return static_cast<int32_t>(i);
+    if (platform::SameNameNoCase(views[i]->name, name)) return static_cast<int32_t>(i);
   return -1;
 }
 
@@ -259,7 +258,10 @@ void DestroyPlace(NodeStore& store, int32_t cursor) {
 }
 
 void ClearStore(NodeStore& store, bool keepDefinitions) {
-  if (!keepDefinitions) store.fields.clear();
+  if (!keepDefinitions) {
+    store.fields.clear();
+    store.fieldNames.Invalidate();
+  }
   store.categories.Clear();
   store.data.Clear();
   store.places.Clear();

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "model/field_info.h"
+#include "model/field_names.h"
 #include "model/id_map.h"
 #include "model/records.h"
 #include "model/view.h"
@@ -28,6 +29,8 @@ class NodeStore {
   TDBIdMap<TDBCategoryData> places;
   std::vector<std::unique_ptr<TDBNodeManagerItem>> views;
   std::vector<std::unique_ptr<TDBFieldInfo>> fields;
+  // Names of the fields for lookup; told of every change of the list (model/fields.h does so).
+  FieldNameIndex fieldNames;
   int32_t nextCategoryId = 0;
   int32_t nextDataId = 0;
   int32_t nextCursor = 0;

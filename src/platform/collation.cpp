@@ -18,6 +18,7 @@ struct Collators {
   bool opened = false;
 };
 Collators g_collators;
+unsigned g_generation = 0;
 
 std::string CollationLocale() {
   for (const char* var : {"LC_ALL", "LC_COLLATE", "LANG"}) {
@@ -114,7 +115,37 @@ int CompareStringSort(std::string_view a, std::string_view b) {
   return coll != nullptr ? Collate(coll, a, b, false) : ByteCompare(a, b);
 }
 
+bool SameNameNoCase(std::string_view a, std::string_view b) {
+  return a == b || CompareWordSortNoCase(a, b) == 0;
+}
+
+std::string NameKeyNoCase(std::string_view name) {
+  UCollator* coll = Collator(true);
+  std::string key;
+  if (coll == nullptr) {
+    // Without ICU the comparison is by bytes, and so is the key.
+    key.assign(name);
+    return key;
+  }
+  // Equal under the word sort means equal with hyphens and apostrophes as symbols too.
+  Utf16Text text(name, false);
+  key.resize(64);
+  for (;;) {
+    const int32_t n = ucol_getSortKey(coll, text.data(), text.length(),
+                                      reinterpret_cast<uint8_t*>(key.data()), static_cast<int32_t>(key.size()));
+    if (n <= 0) return std::string(name);
+    if (static_cast<size_t>(n) <= key.size()) {
+      key.resize(static_cast<size_t>(n));
+      return key;
+    }
+    key.resize(static_cast<size_t>(n));
+  }
+}
+
+unsigned CollationGeneration() { return g_generation; }
+
 void ResetCollation() {
+  ++g_generation;
   if (g_collators.tertiary != nullptr) ucol_close(g_collators.tertiary);
   if (g_collators.secondary != nullptr) ucol_close(g_collators.secondary);
   g_collators = Collators{};

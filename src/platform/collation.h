@@ -3,6 +3,7 @@
 // word sort (lstrcmpA), string sort (CompareStringA with SORT_STRINGSORT) and case-insensitive word
 // sort (lstrcmpiA). Collation is that of the environment's locale (LC_ALL, LC_COLLATE, LANG), the
 // root collation for "C", "POSIX" or none. Results are -1, 0 or 1.
+#include <string>
 #include <string_view>
 
 namespace verdal::platform {
@@ -16,6 +17,15 @@ int CompareStringSort(std::string_view a, std::string_view b);
 
 // Word sort that ignores case; accents still count.
 int CompareWordSortNoCase(std::string_view a, std::string_view b);
+
+// The one test for names that are found, or must be unique, regardless of case (lstrcmpiA):
+// fields, filters, views. "ärger" names "Ärger", "GRÖßE" names "Größe".
+bool SameNameNoCase(std::string_view a, std::string_view b);
+
+// A key that is the same for names that SameNameNoCase finds equal, for hashing them. Keys are
+// valid until ResetCollation; CollationGeneration tells whether that has happened.
+std::string NameKeyNoCase(std::string_view name);
+unsigned CollationGeneration();
 
 // Drops the cached collators, so that the next comparison reads the environment again. For tests.
 void ResetCollation();

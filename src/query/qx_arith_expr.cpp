@@ -6,21 +6,18 @@
 
 namespace verdal::query {
 
-QX_Error QX_ArithExpr::Eval(QX_Value& valueOut) {
-  QX_Value a, b;
-  if (QX_Error e = left_->Eval(a)) return e;
+QX_Error QX_ArithExpr::Fold(QX_Value& a) {
+  QX_Value b;
   if (QX_Error e = right_->Eval(b)) return e;
   long double x = 0, y = 0, result = 0;
   if (QX_Error e = ToNumber(a.get(), &x)) return e;
   if (QX_Error e = ToNumber(b.get(), &y)) return e;
   if (QX_Error e = Compute(x, y, &result)) return e;
   // The left operand's node carries the result on.
-  if (QX_NumExpr* n = AsNum(a.get())) {
+  if (QX_NumExpr* n = AsNum(a.get()))
     n->SetValue(result);
-    valueOut = std::move(a);
-  } else {
-    valueOut = std::make_unique<QX_NumExpr>(result);
-  }
+  else
+    a = std::make_unique<QX_NumExpr>(result);
   return nullptr;
 }
 
@@ -45,9 +42,8 @@ QX_Error QX_DivExpr::Compute(long double left, long double right, long double* r
   return nullptr;
 }
 
-QX_Error QX_AppExpr::Eval(QX_Value& valueOut) {
-  QX_Value a, b;
-  if (QX_Error e = left_->Eval(a)) return e;
+QX_Error QX_AppExpr::Fold(QX_Value& a) {
+  QX_Value b;
   if (QX_Error e = right_->Eval(b)) return e;
   char bufferA[48], bufferB[48];
   const char* left = QX_ValueText(a.get(), bufferA);
@@ -57,7 +53,7 @@ QX_Error QX_AppExpr::Eval(QX_Value& valueOut) {
   if (text == nullptr) return Err(kNoMemory);
   std::memcpy(text, left, n);
   std::memcpy(text + n, right, m + 1);
-  valueOut = QX_StrExpr::Own(text);
+  a = QX_StrExpr::Own(text);
   return nullptr;
 }
 

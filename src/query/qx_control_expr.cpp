@@ -8,34 +8,6 @@ namespace verdal::query {
 
 namespace {
 
-// The left spine of a statement chain, top first. Programs can be long, so chains are walked
-// with this list instead of recursion.
-class Spine {
- public:
-  explicit Spine(const QX_Expression* top) {
-    for (const QX_Expression* node = top; node->Kind() == kKindSeq;
-         node = static_cast<const QX_SeqExpr*>(node)->Left()) {
-      Push(static_cast<const QX_SeqExpr*>(node));
-    }
-  }
-  size_t Size() const { return size_; }
-  const QX_SeqExpr* At(size_t i) const { return i < kLocal ? local_[i] : more_[i - kLocal]; }
-
- private:
-  void Push(const QX_SeqExpr* s) {
-    if (size_ < kLocal) {
-      local_[size_] = s;
-    } else {
-      more_.push_back(s);
-    }
-    ++size_;
-  }
-  static constexpr size_t kLocal = 16;
-  const QX_SeqExpr* local_[kLocal];
-  std::vector<const QX_SeqExpr*> more_;
-  size_t size_ = 0;
-};
-
 QX_Error EvalBranch(QX_Expression* branch, QX_Value& valueOut) {
   return branch != nullptr ? branch->Eval(valueOut) : nullptr;
 }
@@ -49,42 +21,10 @@ QX_Error Condition(QX_Expression* condition, bool* truth) {
 
 }  // namespace
 
-QX_SeqExpr::~QX_SeqExpr() {
-  QX_Value next = std::move(left_);
-  while (next != nullptr && next->Kind() == kKindSeq) {
-    QX_Value inner = std::move(static_cast<QX_SeqExpr*>(next.get())->left_);
-    next = std::move(inner);  // destroys the emptied link
-  }
-}
-
-QX_Error QX_SeqExpr::Eval(QX_Value& valueOut) {
-  const Spine spine(this);
-  const size_t n = spine.Size();
-  {
-    QX_Value first;
-    if (QX_Error e = const_cast<QX_Expression*>(spine.At(n - 1)->Left())->Eval(first)) return e;
-  }
-  for (size_t i = n; i-- > 0;) {
-    QX_Value value;
-    if (QX_Error e = const_cast<QX_Expression*>(spine.At(i)->Right())->Eval(value)) return e;
-    if (i == 0) valueOut = std::move(value);
-  }
-  return nullptr;
-}
-
-void QX_SeqExpr::Print(std::ostream& stream, int indent) const {
-  const Spine spine(this);
-  const size_t n = spine.Size();
-  for (size_t i = 0; i < n; ++i) {
-    Indent(stream, indent + static_cast<int>(i));
-    stream << Name() << "(\n";
-  }
-  spine.At(n - 1)->Left()->Print(stream, indent + static_cast<int>(n));
-  for (size_t i = n; i-- > 0;) {
-    spine.At(i)->Right()->Print(stream, indent + static_cast<int>(i) + 1);
-    Indent(stream, indent + static_cast<int>(i));
-    stream << ")\n";
-  }
+QX_Error QX_SeqExpr::Fold(QX_Value& value) {
+  // What the statements before gave is dropped; the chain's value is that of its last one.
+  value.reset();
+  return right_->Eval(value);
 }
 
 bool QX_CondExpr::IsString() const {

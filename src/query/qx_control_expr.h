@@ -10,14 +10,17 @@ class QueryExpr;
 class QX_SeqExpr final : public QX_BinaryExpr {
  public:
   QX_SeqExpr(QX_Value left, QX_Value right) : QX_BinaryExpr(std::move(left), std::move(right)) {}
-  ~QX_SeqExpr() override;
 
   bool IsString() const override { return right_->IsString(); }
   bool IsNumber() const override { return right_->IsNumber(); }
   int32_t Kind() const override { return kKindSeq; }
+  // Statements chain like the operators, one level below all of them.
+  int32_t ChainLevel() const override { return 100; }
   const char* Name() const override { return "seq"; }
-  QX_Error Eval(QX_Value& valueOut) override;
-  void Print(std::ostream& stream, int indent) const override;
+  QX_Error Eval(QX_Value& valueOut) override { return EvalChain(valueOut); }
+
+ protected:
+  QX_Error Fold(QX_Value& value) override;
 };
 
 // The if statement; its branches may be empty (an empty block).

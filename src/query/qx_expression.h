@@ -65,6 +65,9 @@ class QX_Expression : public QX_Utilities {
   virtual QX_Error Eval(QX_Value& valueOut) = 0;
   virtual void Print(std::ostream& stream, int indent) const = 0;
   virtual QX_Error Assign(const QX_Expression* value);
+  // Operators of one binding level chain to the left (a or b or c ...): the binding level of
+  // such an operator, -1 for every other node. See QX_BinaryExpr.
+  virtual int32_t ChainLevel() const { return -1; }
 
   // A debugging mark; nothing tests it.
   uint32_t signature = kLiveSignature;
@@ -80,16 +83,27 @@ class QX_UnaryExpr : public QX_Expression {
   QX_Value operand_;
 };
 
+// A chain of operators of one level is as long as its text: it is evaluated, printed and
+// destroyed along its left spine, so that its length costs no stack.
 class QX_BinaryExpr : public QX_Expression {
  public:
   QX_BinaryExpr(QX_Value left, QX_Value right) : left_(std::move(left)), right_(std::move(right)) {}
+  ~QX_BinaryExpr() override;
   void Print(std::ostream& stream, int indent) const override;
   const QX_Expression* Left() const { return left_.get(); }
   const QX_Expression* Right() const { return right_.get(); }
 
  protected:
+  // For an operator that chains: evaluates the chain's first operand, then folds each link in.
+  QX_Error EvalChain(QX_Value& valueOut);
+  // One link of a chain: value holds what the links below gave; combines it with the right child.
+  virtual QX_Error Fold(QX_Value& value);
+
   QX_Value left_;
   QX_Value right_;
+
+ private:
+  class Spine;
 };
 
 class QX_TernaryExpr : public QX_Expression {

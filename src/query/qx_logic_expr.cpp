@@ -13,28 +13,25 @@ QX_Error TruthOf(QX_Expression* node, bool* truth) {
   return nullptr;
 }
 
-// Evaluates the right child only while the left one has not decided: for "and" when it is
-// true, for "or" when it is false.
-QX_Error ShortCircuit(QX_Expression* left, QX_Expression* right, bool goOnWhen,
-                      QX_Value& valueOut) {
-  bool truth = false;
-  if (QX_Error e = TruthOf(left, &truth)) return e;
+// Evaluates the right child only while the value so far has not decided: for "and" when it is
+// true, for "or" when it is false. The value becomes 1 or 0.
+QX_Error ShortCircuit(QX_Value& value, QX_Expression* right, bool goOnWhen) {
+  bool truth = QX_Utilities::Truth(value.get());
   if (truth == goOnWhen) {
     if (QX_Error e = TruthOf(right, &truth)) return e;
   }
-  valueOut = std::make_unique<QX_NumExpr>(truth ? 1 : 0);
+  if (QX_NumExpr* n = AsNum(value.get()))
+    n->SetValue(truth ? 1 : 0);
+  else
+    value = std::make_unique<QX_NumExpr>(truth ? 1 : 0);
   return nullptr;
 }
 
 }  // namespace
 
-QX_Error QX_AndExpr::Eval(QX_Value& valueOut) {
-  return ShortCircuit(left_.get(), right_.get(), true, valueOut);
-}
+QX_Error QX_AndExpr::Fold(QX_Value& value) { return ShortCircuit(value, right_.get(), true); }
 
-QX_Error QX_OrExpr::Eval(QX_Value& valueOut) {
-  return ShortCircuit(left_.get(), right_.get(), false, valueOut);
-}
+QX_Error QX_OrExpr::Fold(QX_Value& value) { return ShortCircuit(value, right_.get(), false); }
 
 QX_Error QX_NotExpr::Eval(QX_Value& valueOut) {
   bool truth = false;

@@ -9,8 +9,12 @@ class QX_AndExpr final : public QX_BinaryExpr {
   using QX_BinaryExpr::QX_BinaryExpr;
   bool IsNumber() const override { return true; }
   int32_t Kind() const override { return kKindAnd; }
+  int32_t ChainLevel() const override { return 1; }
   const char* Name() const override { return "and"; }
-  QX_Error Eval(QX_Value& valueOut) override;
+  QX_Error Eval(QX_Value& valueOut) override { return EvalChain(valueOut); }
+
+ protected:
+  QX_Error Fold(QX_Value& value) override;
 };
 
 class QX_OrExpr final : public QX_BinaryExpr {
@@ -18,8 +22,12 @@ class QX_OrExpr final : public QX_BinaryExpr {
   using QX_BinaryExpr::QX_BinaryExpr;
   bool IsNumber() const override { return true; }
   int32_t Kind() const override { return kKindOr; }
+  int32_t ChainLevel() const override { return 0; }
   const char* Name() const override { return "or"; }
-  QX_Error Eval(QX_Value& valueOut) override;
+  QX_Error Eval(QX_Value& valueOut) override { return EvalChain(valueOut); }
+
+ protected:
+  QX_Error Fold(QX_Value& value) override;
 };
 
 class QX_NotExpr final : public QX_UnaryExpr {

@@ -272,6 +272,9 @@ QX_Error QX_Parser::Conditional(Tree& out) {
 QX_Error QX_Parser::Binary(Tree& out, int level) {
   if (level == kBinaryLevels) return Unary(out);
   if (QX_Error e = Binary(out, level + 1)) return e;
+  // The chain stands one level above its highest operand, however many it has.
+  uint32_t operands = 0;
+  bool chained = false;
   while (BinaryLevel(token_.type) == level) {
     const int32_t code = token_.type;
     Next();
@@ -284,8 +287,9 @@ QX_Error QX_Parser::Binary(Tree& out, int level) {
       if (QX_Error e = ToNumber(out)) return e;
       if (QX_Error e = ToNumber(right)) return e;
     }
-    const uint32_t h = std::max(out.height, right.height);
-    if (QX_Error e = Grow(out, BinaryNode(code, std::move(out.node), std::move(right.node)), h)) {
+    operands = std::max({operands, chained ? 0 : out.height, right.height});
+    chained = true;
+    if (QX_Error e = Grow(out, BinaryNode(code, std::move(out.node), std::move(right.node)), operands)) {
       return e;
     }
     if (level == kRelationLevel) break;  // relations do not chain
@@ -294,8 +298,6 @@ QX_Error QX_Parser::Binary(Tree& out, int level) {
 }
 
 QX_Error QX_Parser::Unary(Tree& out) {
-  const Nesting level(*this);
-  if (level.TooDeep()) return Err(QX_ErrDefs::kNoMemory);
   const int32_t code = token_.type;
   switch (code) {
     case kTokNot:
@@ -306,6 +308,8 @@ QX_Error QX_Parser::Unary(Tree& out) {
     case kTokMinus: break;
     default: return Operand(out);
   }
+  const Nesting level(*this);
+  if (level.TooDeep()) return Err(QX_ErrDefs::kNoMemory);
   Next();
   Tree operand;
   if (QX_Error e = Unary(operand)) return e;

@@ -14,10 +14,11 @@ class QueryExpr;
 
 class QX_Parser {
  public:
-  // Nesting of blocks, parentheses and prefix operators, and the height of a tree, are bounded
-  // so that parsing, evaluating and destroying stay well inside the stack. Programs are long
-  // chains of statements, which are walked without recursion and do not count.
-  static constexpr uint32_t kMaxNesting = 256;
+  // Nesting of blocks, parentheses, brackets, arguments and prefix operators, and the height of
+  // a tree, are bounded so that parsing, evaluating and destroying stay well inside the stack;
+  // both bounds lie far above what anyone writes. Chains of statements or of operators of one
+  // level (a or b or c ...) are walked without recursion and count as one level, however long.
+  static constexpr uint32_t kMaxNesting = 500;
   static constexpr uint32_t kMaxHeight = 2000;
   static constexpr int kBinaryLevels = 6;
 

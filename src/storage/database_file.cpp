@@ -432,6 +432,7 @@ bool ReadBodyFrom(StoredDatabase& db, File& f) {
   int16_t fieldCount = ReadInt16(f);
   if (!CountFits(f, fieldCount, kMinFieldBytes)) return false;
   store.fields.clear();
+  store.fieldNames.Invalidate();
   for (int16_t i = 0; i < fieldCount; ++i) {
     auto field = std::make_unique<TDBFieldInfo>();
     if (!ReadField(*field, f)) return false;

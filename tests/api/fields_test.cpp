@@ -40,6 +40,13 @@ TEST_F(Fields, AddFindAndRefuse) {
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_FIELD);  // a bad handle leaves the last error alone
   EXPECT_EQ(VERDAL_GetFieldSize(0), 0);
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_HANDLE);
+
+  // Letter case beyond ASCII (code page 1252); accents still count.
+  EXPECT_EQ(AddField(db, "Gr\xF6\xDF" "e", 1), 3);
+  EXPECT_EQ(VERDAL_GetFieldIndex(db, "GR\xD6\xDF" "E"), 3);
+  EXPECT_EQ(VERDAL_GetFieldIndex(db, "Grosse"), -1);
+  EXPECT_EQ(AddField(db, "\xC4rger", 0), 4);
+  EXPECT_EQ(AddField(db, "\xE4rger", 0), -2);
 }
 
 TEST_F(Fields, MovingChangesTheIndexButNotTheValues) {

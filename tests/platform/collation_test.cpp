@@ -53,6 +53,9 @@ TEST(Collation, WordSortAndStringSortOrders) {
     EXPECT_EQ(CompareStringSort(c.a, c.b), c.string) << c.a << " / " << c.b;
     EXPECT_EQ(CompareWordSortNoCase(c.a, c.b), c.noCase) << c.a << " / " << c.b;
     EXPECT_EQ(CompareWordSort(c.b, c.a), -c.word);
+    // Names: the same test, and keys that agree exactly where it does.
+    EXPECT_EQ(SameNameNoCase(c.a, c.b), c.noCase == 0) << c.a << " / " << c.b;
+    EXPECT_EQ(NameKeyNoCase(c.a) == NameKeyNoCase(c.b), c.noCase == 0) << c.a << " / " << c.b;
   }
   // Long texts leave the stack buffer.
   const std::string longA(1000, 'a'), longB = std::string(999, 'a') + "b";

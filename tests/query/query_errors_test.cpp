@@ -22,9 +22,9 @@ struct Row {
 }  // namespace
 
 TEST(QueryErrors, ParseErrorsWithPositionAndToken) {
-  const std::string deep = std::string(300, '(') + "1" + std::string(300, ')') + ";";
+  const std::string deep = std::string(600, '(') + "1" + std::string(600, ')') + ";";
   const Row rows[] = {
-      {deep, "E0 at 127 '('"},  // nesting beyond what the stack is allowed to take
+      {deep, "E0 at 499 '('"},  // nesting beyond what the stack is allowed to take
       {" \t\r\n ", "E2 at 5 ''"},
       {"@\"a\";", "E3 at 1 'a'"},
       {"-abs(1);", "E3 at 7 ';'"},

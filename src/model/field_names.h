@@ -1,0 +1,37 @@
+#pragma once
+// Lookup of a field's index by name, regardless of case, in constant time: a host may define
+// thousands of fields, and every new one is first looked up. The index follows the field list
+// lazily: whoever reorders, removes or renames fields calls Invalidate, and the next lookup
+// rebuilds it; a field appended at the end is noted with Added.
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "model/field_info.h"
+
+namespace verdal::model {
+
+class FieldNameIndex {
+ public:
+  using FieldList = std::vector<std::unique_ptr<TDBFieldInfo>>;
+
+  // The lowest index whose name equals name regardless of case, or -1.
+  int32_t Find(const FieldList& fields, std::string_view name);
+  // The field at index, the last of the list, was just appended.
+  void Added(const FieldList& fields, size_t index);
+  void Invalidate() { built_ = false; }
+
+ private:
+  void Build(const FieldList& fields);
+  bool Current(const FieldList& fields) const;
+
+  std::unordered_map<std::string, int32_t> first_;  // name key -> lowest index
+  size_t count_ = 0;
+  unsigned generation_ = 0;
+  bool built_ = false;
+};
+
+}  // namespace verdal::model
