@@ -8,13 +8,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <string>
 #include <thread>
-#include <utility>
 
 #include "field_helpers.h"
 #include "support/byte_builder.h"
@@ -114,12 +112,10 @@ TEST_F(Files, IdsAtTheEndOfTheirRangeRefuseNewNodesCleanly) {
     TempFolder::Write(name, bytes);
     db = Open(name);
     ASSERT_NE(db, 0u);
-    EXPECT_EQ(VERDAL_AddRecord(db, c, "neu", 0, nullptr, -1, 0, nullptr), -1);
-    EXPECT_EQ(VERDAL_GetLastError(), 21);
-    EXPECT_EQ(VERDAL_DuplicateRecord(db, VERDAL_CURSOR_LAST, c, "Kopie"), -1);
-    EXPECT_EQ(VERDAL_GetLastError(), 21);
-    EXPECT_EQ(VERDAL_AddCategory(db, -1, "L"), -1);
-    EXPECT_EQ(VERDAL_GetLastError(), 21);
+    auto refused = [](int32_t got) { return got == -1 && VERDAL_GetLastError() == 21; };
+    EXPECT_TRUE(refused(VERDAL_AddRecord(db, c, "neu", 0, nullptr, -1, 0, nullptr)));
+    EXPECT_TRUE(refused(VERDAL_DuplicateRecord(db, VERDAL_CURSOR_LAST, c, "Kopie")));
+    EXPECT_TRUE(refused(VERDAL_AddCategory(db, -1, "L")));
     // What was there stays usable.
     int32_t record = at == lastCursorAt ? INT32_MAX : r;
     EXPECT_STREQ(VERDAL_GetData(db, 0, record, 1, 0), "Eva");
@@ -314,33 +310,16 @@ TEST_F(Files, ALargeLoadedDatabaseTakesEveryKindOfChange) {
 
 namespace {
 
-bool IsSymlink(const std::string& name) {
-  struct stat st {};
-  return lstat(name.c_str(), &st) == 0 && S_ISLNK(st.st_mode);
-}
-
+// What lstat tells of the name (a link is not followed); all zero where nothing has the name.
 struct stat StatOf(const std::string& name) {
   struct stat st {};
-  EXPECT_EQ(stat(name.c_str(), &st), 0) << name;
+  lstat(name.c_str(), &st);
   return st;
 }
 
-std::vector<std::string> Listing(const std::string& folder) {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder))
-    names.push_back(entry.path().filename().string());
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
-// The first record's first value of the database under this name, opened read-only.
-std::string FirstValue(const std::string& name) {
-  VerdalHandle db = Open(name, 1);
-  if (db == 0) return "<no load>";
-  const char* value = VERDAL_GetData(db, 0, VERDAL_CURSOR_FIRST, 1, 0);
-  std::string result = value != nullptr ? value : "<no value>";
-  VERDAL_CloseDB(db);
-  return result;
+// How many names the folder holds; the cases that use it only ever add names.
+std::ptrdiff_t Entries(const std::string& folder) {
+  return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
 }
 
 VerdalHandle DatabaseWith(const std::string& name, const char* value) {
@@ -351,133 +330,106 @@ VerdalHandle DatabaseWith(const std::string& name, const char* value) {
   return db;
 }
 
+void SaveValue(VerdalHandle db, const char* value) {
+  VERDAL_SetData(db, 0, value, VERDAL_CURSOR_FIRST, 0, nullptr, nullptr);
+  ASSERT_EQ(VERDAL_Save(db, nullptr), 1);
+}
+
+// Keeps this process from writing a file while it lives: the immutable flag binds even root, where
+// the file system has it; write protection binds everyone but root.
+struct Unwritable {
+  explicit Unwritable(const std::string& file) : name(file) {
+    if (!Immutable(true)) chmod(name.c_str(), 0444);
+  }
+  ~Unwritable() {
+    Immutable(false);
+    chmod(name.c_str(), 0644);
+  }
+  bool Immutable(bool on) {
+    int fd = ::open(name.c_str(), O_RDONLY), flags = 0;
+    bool ok = fd >= 0 && ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0;
+    flags = on ? (flags | FS_IMMUTABLE_FL) : (flags & ~FS_IMMUTABLE_FL);
+    ok = ok && ioctl(fd, FS_IOC_SETFLAGS, &flags) == 0;
+    if (fd >= 0) ::close(fd);
+    return ok;
+  }
+  std::string name;
+};
+
 }  // namespace
 
 // Save-as opens the target with create and truncate and writes it in place: a symbolic link is
-// written through, another hard link of the target shows the copy, the target keeps its inode and
-// its mode, and nothing but the target is touched.
-TEST_F(Files, SaveAsWritesTheCopyInPlace) {
+// written through, and the target keeps its inode (so its mode and its other hard links), and
+// nothing but the target is touched. A save-as or an open that cannot write its file fails with
+// code 26 and leaves nothing behind.
+TEST_F(Files, SaveAsWritesTheCopyInPlaceOrNothing) {
   VerdalHandle db = DatabaseWith(dir / "quelle.dbd", "Otto");
-  std::string target = dir / "ziel.dbd", link = dir / "verweis.dbd", second = dir / "zweit.dbd";
+  std::string target = dir / "ziel.dbd", link = dir / "verweis.dbd", folder = dir / "ordner.dbd";
   TempFolder::Write(target, std::vector<uint8_t>(5000, 'a'));
-  ASSERT_EQ(chmod(target.c_str(), 0640), 0);
   ASSERT_EQ(symlink("ziel.dbd", link.c_str()), 0);
-  ASSERT_EQ(::link(target.c_str(), second.c_str()), 0);
-  const struct stat before = StatOf(target);
-  std::vector<std::string> listing = Listing(dir.path());
+  ASSERT_EQ(mkdir(folder.c_str(), 0755), 0);
+  const ino_t inode = StatOf(target).st_ino;
+  const std::ptrdiff_t entries = Entries(dir.path());
 
   ASSERT_EQ(VERDAL_Save(db, link.c_str()), 1);
-  EXPECT_TRUE(IsSymlink(link));
-  const struct stat after = StatOf(target);
-  EXPECT_EQ(after.st_ino, before.st_ino);
-  EXPECT_EQ(after.st_mode, before.st_mode);
-  EXPECT_EQ(after.st_nlink, 2u);
-  EXPECT_EQ(FirstValue(target), "Otto");
-  EXPECT_EQ(TempFolder::Read(second), TempFolder::Read(target));
-  EXPECT_EQ(Listing(dir.path()), listing);  // no temporary file, no backup of the target
+  EXPECT_EQ(StatOf(target).st_ino, inode);
+  VerdalHandle copy = Open(target, 1);
+  ASSERT_NE(copy, 0u);
+  EXPECT_STREQ(VERDAL_GetData(copy, 0, VERDAL_CURSOR_FIRST, 1, 0), "Otto");
 
-  // A new name is created, as the umask allows; the database stays on its own file, dirty.
-  std::string fresh = dir / "neu.dbd";
-  ASSERT_EQ(VERDAL_Save(db, fresh.c_str()), 1);
-  EXPECT_EQ(FirstValue(fresh), "Otto");
-  VerdalDBProperties props;
-  VERDAL_GetDBProperties(db, &props);
-  EXPECT_EQ(std::string(props.fileName), dir / "quelle.dbd");
-}
-
-// A save-as that cannot write its target fails with code 26 and leaves nothing behind; so does an
-// open that cannot create its file.
-TEST_F(Files, AFailedSaveAsSetsCode26AndLeavesNoFileBehind) {
-  VerdalHandle db = DatabaseWith(dir / "quelle.dbd", "Otto");
-  ASSERT_EQ(VERDAL_Save(db, nullptr), 1);
-  std::string folder = dir / "ordner.dbd";
-  ASSERT_EQ(mkdir(folder.c_str(), 0755), 0);
-  std::vector<std::string> listing = Listing(dir.path());
-
-  EXPECT_EQ(VERDAL_Save(db, folder.c_str()), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_WRITE_FILE);
-  EXPECT_EQ(Listing(dir.path()), listing);
-  EXPECT_TRUE(Listing(folder).empty());
-
-  EXPECT_EQ(VERDAL_Save(db, (dir / "fehlt/kopie.dbd").c_str()), 0);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_WRITE_FILE);
-  EXPECT_EQ(Listing(dir.path()), listing);
-
+  for (const std::string& bad : {folder, dir / "fehlt/kopie.dbd"}) {
+    EXPECT_EQ(VERDAL_Save(db, bad.c_str()), 0) << bad;
+    EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_WRITE_FILE);
+  }
   EXPECT_EQ(Open(dir / "fehlt/neu.dbd"), 0u);
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_WRITE_FILE);
-  EXPECT_EQ(Listing(dir.path()), listing);
-  EXPECT_EQ(FirstValue(dir / "quelle.dbd"), "Otto");
+  EXPECT_EQ(Entries(dir.path()), entries);  // no temporary file, no backup, no half-made copy
+  EXPECT_EQ(Entries(folder), 0);
 }
 
-// A save of the database over its own file keeps other names of the old file as they were (they
-// are not the database's to wipe), and never writes through a link planted at the temporary name.
+// A save over the database's own file wipes only what no name holds any more: not the file a link
+// it was opened through named, not the old file's other hard links, and never through a link or
+// hard link planted at the temporary name, neither while saving nor when a leftover goes at close.
 TEST_F(Files, ASaveWipesNoOtherFile) {
-  std::string name = dir / "d.dbd";
-  VerdalHandle db = DatabaseWith(name, "alt");
-  ASSERT_EQ(VERDAL_Save(db, nullptr), 1);
-  std::vector<uint8_t> old = TempFolder::Read(name);
-  std::string second = dir / "zweit.dbd";
-  ASSERT_EQ(::link(name.c_str(), second.c_str()), 0);
-  std::string victim = dir / "opfer.txt";
-  TempFolder::Write(victim, std::vector<uint8_t>(100, 'v'));
-  ASSERT_EQ(symlink("opfer.txt", (dir / "~d.dbd").c_str()), 0);
-
-  VERDAL_SetData(db, 0, "neu", VERDAL_CURSOR_FIRST, 0, nullptr, nullptr);
-  ASSERT_EQ(VERDAL_Save(db, nullptr), 1);
-  EXPECT_EQ(TempFolder::Read(second), old);
-  EXPECT_EQ(TempFolder::Read(victim), std::vector<uint8_t>(100, 'v'));
-  EXPECT_FALSE(IsSymlink(name));
-
-  // At close a leftover temporary file is wiped: a link found there goes, what it names stays.
-  ASSERT_EQ(symlink("opfer.txt", (dir / "~d.dbd").c_str()), 0);
-  VERDAL_SetData(db, 0, "zu", VERDAL_CURSOR_FIRST, 0, nullptr, nullptr);
-  ASSERT_EQ(VERDAL_Save(db, nullptr), 1);
-  ASSERT_EQ(symlink("opfer.txt", (dir / "~d.dbd").c_str()), 0);
-  ASSERT_EQ(VERDAL_CloseDB(db), 1);
-  EXPECT_FALSE(IsSymlink(dir / "~d.dbd"));
-  EXPECT_EQ(TempFolder::Read(victim), std::vector<uint8_t>(100, 'v'));
-  ASSERT_EQ(::link(victim.c_str(), (dir / "~d.dbd").c_str()), 0);
-  db = Open(name);
-  ASSERT_NE(db, 0u);
-  ASSERT_EQ(VERDAL_CloseDB(db), 1);
-  EXPECT_FALSE(std::ifstream(dir / "~d.dbd").good());
-  EXPECT_EQ(TempFolder::Read(victim), std::vector<uint8_t>(100, 'v'));
-  EXPECT_EQ(FirstValue(name), "zu");
-  EXPECT_EQ(FirstValue(second), "alt");
-}
-
-// A database opened through a symbolic link: its save puts the new file under the link's name and
-// leaves the file the link named with the old version, never blanked.
-TEST_F(Files, ASaveThroughALinkLeavesTheLinkedFileWhole) {
-  std::string real = dir / "echt.dbd", link = dir / "link.dbd";
+  std::string real = dir / "echt.dbd", name = dir / "d.dbd", second = dir / "zweit.dbd";
+  std::string temporary = dir / "~d.dbd", victim = dir / "opfer.txt";
   ASSERT_EQ(VERDAL_CloseDB(DatabaseWith(real, "alt")), 1);
-  std::vector<uint8_t> old = TempFolder::Read(real);
-  ASSERT_EQ(symlink("echt.dbd", link.c_str()), 0);
-  VerdalHandle db = Open(link);
+  const std::vector<uint8_t> old = TempFolder::Read(real), bait(100, 'v');
+  TempFolder::Write(victim, bait);
+  ASSERT_EQ(symlink("echt.dbd", name.c_str()), 0);
+  VerdalHandle db = Open(name);
   ASSERT_NE(db, 0u);
-  VERDAL_SetData(db, 0, "neu", VERDAL_CURSOR_FIRST, 0, nullptr, nullptr);
-  ASSERT_EQ(VERDAL_Save(db, nullptr), 1);
+
+  ASSERT_EQ(symlink("opfer.txt", temporary.c_str()), 0);
+  SaveValue(db, "neu");
+  EXPECT_EQ(TempFolder::Read(real), old);  // the new file lies under the link's name instead
+  ASSERT_EQ(::link(name.c_str(), second.c_str()), 0);
+  const std::vector<uint8_t> saved = TempFolder::Read(name);
+  ASSERT_EQ(symlink("opfer.txt", temporary.c_str()), 0);
+  SaveValue(db, "zu");
+  EXPECT_EQ(TempFolder::Read(second), saved);
+  EXPECT_EQ(TempFolder::Read(victim), bait);
   ASSERT_EQ(VERDAL_CloseDB(db), 1);
-  EXPECT_EQ(TempFolder::Read(real), old);
-  EXPECT_EQ(FirstValue(link), "neu");
+
+  for (bool hard : {false, true}) {
+    SCOPED_TRACE(hard ? "hard link" : "symbolic link");
+    ASSERT_EQ(hard ? ::link(victim.c_str(), temporary.c_str()) : symlink("opfer.txt", temporary.c_str()), 0);
+    ASSERT_EQ(VERDAL_CloseDB(Open(name)), 1);
+    EXPECT_EQ(StatOf(temporary).st_mode, 0u);
+    EXPECT_EQ(TempFolder::Read(victim), bait);
+  }
 }
 
-// Paths of 260 characters and more are paths like any other inside the engine.
+// Paths of 260 characters and more are paths like any other inside the engine; only a name the
+// system itself refuses is refused, as such (code 11), and not created or searched.
 TEST_F(Files, LongPathsAreNotTakenAsMissing) {
   std::string folder = dir / std::string(100, 'a') + "/" + std::string(100, 'b');
   std::filesystem::create_directories(folder);
   std::string name = folder + "/" + std::string(80, 'c') + ".dbd";
-  ASSERT_GE(name.size(), 260u);
-  VerdalHandle db = DatabaseWith(name, "lang");
-  ASSERT_EQ(VERDAL_CloseDB(db), 1);
-
-  // A writable open reads the file; its next save keeps the data and the old file in the backup.
-  db = Open(name);
+  ASSERT_EQ(VERDAL_CloseDB(DatabaseWith(name, "lang")), 1);
+  VerdalHandle db = Open(name);
   ASSERT_NE(db, 0u);
   EXPECT_STREQ(VERDAL_GetData(db, 0, VERDAL_CURSOR_FIRST, 1, 0), "lang");
-  VERDAL_SetData(db, 0, "laenger", VERDAL_CURSOR_FIRST, 0, nullptr, nullptr);
-  ASSERT_EQ(VERDAL_Save(db, nullptr), 1);
-  EXPECT_EQ(FirstValue(folder + "/" + std::string(80, 'c') + ".bak"), "lang");
 
   // The properties record holds 260 bytes: a name that does not fit is refused, not cut.
   VerdalDBProperties props;
@@ -485,97 +437,33 @@ TEST_F(Files, LongPathsAreNotTakenAsMissing) {
   EXPECT_EQ(VERDAL_GetDBProperties(db, &props), 0);
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_TARGET);
   EXPECT_STREQ(props.fileName, "");
-  EXPECT_EQ(props.readOnly, 0);
-  ASSERT_EQ(VERDAL_CloseDB(db), 1);
-  EXPECT_EQ(FirstValue(name), "laenger");
+  EXPECT_EQ(props.readOnly, 0);  // the other members are filled
 
-  // Loading by a long name, and a search that finds a long name.
-  VerdalHandle mem = OpenMemoryDatabase(1);
-  ASSERT_EQ(VERDAL_Load(mem, name.c_str(), 0), 1);
-  EXPECT_STREQ(VERDAL_GetData(mem, 0, VERDAL_CURSOR_FIRST, 1, 0), "laenger");
-  ASSERT_EQ(VERDAL_CloseDB(mem), 1);
-  VerdalHandle found = VERDAL_OpenDB((std::string(80, 'c') + ".dbd").c_str(), nullptr, 0, 1,
-                                     folder.c_str(), 1, 1, 0);
-  ASSERT_NE(found, 0u);
-  EXPECT_STREQ(VERDAL_GetData(found, 0, VERDAL_CURSOR_FIRST, 1, 0), "laenger");
-
-  // A name longer than the system takes is refused as such (code 11), not created or searched.
-  std::string tooLong = dir / (std::string(300, 'x') + ".dbd");
-  EXPECT_EQ(Open(tooLong), 0u);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_INPUT);
-  EXPECT_EQ(Open(tooLong, 1), 0u);
-  EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_INPUT);
+  for (int readOnly : {0, 1}) {
+    EXPECT_EQ(Open(dir / (std::string(300, 'x') + ".dbd"), readOnly), 0u);
+    EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_INPUT);
+  }
 }
-
-namespace {
-
-// Sets or clears the immutable flag, which keeps even root from writing a file.
-bool SetImmutable(const std::string& name, bool on) {
-  int fd = ::open(name.c_str(), O_RDONLY);
-  if (fd < 0) return false;
-  int flags = 0;
-  bool ok = ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0;
-  if (ok) {
-    flags = on ? (flags | FS_IMMUTABLE_FL) : (flags & ~FS_IMMUTABLE_FL);
-    ok = ioctl(fd, FS_IOC_SETFLAGS, &flags) == 0;
-  }
-  ::close(fd);
-  return ok;
-}
-
-// Makes a file one that this process cannot write, for as long as it lives: immutable where the
-// process may set that (root, with a file system that has the flag), else write-protected, which
-// binds every process but root.
-class Unwritable {
- public:
-  explicit Unwritable(std::string name) : name_(std::move(name)) {
-    if (SetImmutable(name_, true)) {
-      how_ = "immutable";
-    } else if (geteuid() != 0 && chmod(name_.c_str(), 0444) == 0) {
-      how_ = "write-protected";
-    }
-  }
-  ~Unwritable() {
-    if (how_ == "immutable") SetImmutable(name_, false);
-    chmod(name_.c_str(), 0644);
-  }
-  // Empty when the file could not be made unwritable.
-  const std::string& how() const { return how_; }
-
- private:
-  std::string name_;
-  std::string how_;
-};
-
-}  // namespace
 
 // A file that cannot be written, opened for writing, opens read-only; with the refuse flag, the
 // open fails. The file is not touched either way.
 TEST_F(Files, AFileThatCannotBeWrittenOpensReadOnly) {
   std::string name = dir / "fest.dbd";
   ASSERT_EQ(VERDAL_CloseDB(DatabaseWith(name, "fest")), 1);
-  std::vector<uint8_t> bytes = TempFolder::Read(name);
-  std::remove((dir / "fest.bak").c_str());
+  const std::vector<uint8_t> bytes = TempFolder::Read(name);
   Unwritable protect(name);
-  if (protect.how().empty())
-    GTEST_SKIP() << "running as root on a file system without the immutable flag: no file here "
-                    "is unwritable for this process";
-  SCOPED_TRACE(protect.how());
-  ASSERT_NE(access(name.c_str(), W_OK), 0);
+  if (access(name.c_str(), W_OK) == 0)
+    GTEST_SKIP() << "root on a file system without the immutable flag: no file is unwritable here";
 
-  VerdalHandle db = Open(name, 0, 0);
+  VerdalHandle db = Open(name);
   ASSERT_NE(db, 0u);
-  EXPECT_EQ(VERDAL_GetLastError(), 0);
   VerdalDBProperties props;
   ASSERT_EQ(VERDAL_GetDBProperties(db, &props), 1);
   EXPECT_EQ(props.readOnly, 1);
   EXPECT_STREQ(VERDAL_GetData(db, 0, VERDAL_CURSOR_FIRST, 1, 0), "fest");
-  VERDAL_SetData(db, 0, "anders", VERDAL_CURSOR_FIRST, 0, nullptr, nullptr);
-  EXPECT_EQ(VERDAL_Save(db, nullptr), 1);  // a save of a read-only database does nothing
+  SaveValue(db, "anders");  // a save of a read-only database does nothing
   ASSERT_EQ(VERDAL_CloseDB(db), 1);
-
   EXPECT_EQ(Open(name, 0, 1), 0u);
   EXPECT_EQ(VERDAL_GetDBCount(), 0);
   EXPECT_EQ(TempFolder::Read(name), bytes);
-  EXPECT_FALSE(std::ifstream(dir / "fest.bak").good());
 }

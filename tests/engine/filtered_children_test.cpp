@@ -3,7 +3,6 @@
 // so the test puts them into the database behind the handle.
 #include <gtest/gtest.h>
 
-#include <string>
 #include <vector>
 
 #include "api/field_helpers.h"
@@ -141,39 +140,4 @@ TEST_F(FilteredChildren, NamesIgnoreLetterCaseBeyondAscii) {
   // The row names the field as GRÖßE; the filter is asked for as "größe über 5".
   Store("Gr\xF6\xDF" "e \xFC" "ber 5", {{0, "", "GR\xD6\xDF" "E", 4, "5", "", 0, 0, 0, 0}});
   EXPECT_EQ(Passing("gr\xF6\xDF" "e \xDC" "BER 5"), (Ints{1, 4}));
-  int32_t count = 0;
-  int32_t* array = nullptr;
-  ASSERT_EQ(VERDAL_GetCategoryChildList(db, -2, 0, 0, 1, 0, &count, &array, 2,
-                                        "\\eval{gr\xF6\xDF" "E|<|8|0} and \\eval{gr\xF6\xDF" "E|>|0|0}", 0), 1);
-  EXPECT_EQ(count, 1);  // Schaber
-  VERDAL_GetCategoryDeleteChildList(array);
-}
-
-TEST_F(FilteredChildren, LongAndDeepFilters) {
-  // 2,101 rows joined by "or": only the last one matches (Otto's price).
-  std::vector<std::string> prices;
-  for (int i = 0; i < 2100; ++i) prices.push_back(std::to_string(1000 + i));
-  prices.push_back("20");
-  std::vector<Row> rows;
-  for (const std::string& price : prices)
-    rows.push_back({static_cast<int16_t>(rows.empty() ? 0 : 2), "", "Preis", 2, price.c_str(), "", 0, 0, 0, 0});
-  Store("Lang", rows);
-  EXPECT_EQ(Passing("Lang"), (Ints{2}));
-
-  // 200 nested parentheses around a row; the engine refuses nesting far deeper than that.
-  for (int depth : {200, 5000}) {
-    const std::string text = std::string(static_cast<size_t>(depth), '(') + "\\eval{Preis|<|15|0}" +
-                             std::string(static_cast<size_t>(depth), ')');
-    int32_t count = 0;
-    int32_t* array = nullptr;
-    const int32_t ok = VERDAL_GetCategoryChildList(db, -2, 0, 0, 1, 0, &count, &array, 2, text.c_str(), 0);
-    if (depth == 200) {
-      EXPECT_EQ(ok, 1);
-      EXPECT_EQ(count, 2);  // Abel, Schmidt
-    } else {
-      EXPECT_EQ(ok, 0);
-      EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_QUERY);
-    }
-    VERDAL_GetCategoryDeleteChildList(array);
-  }
 }

@@ -120,7 +120,7 @@ TEST(QueryExpr, LongProgramsAndDeepTreesStayOffTheStackLimit) {
   EXPECT_EQ(RunQuery(q, program.c_str()), "fertig");
 
   // Chains of one operator level are as long as their text; nesting is bounded far above use.
-  std::string sum = "0", any = "0", all = "1", text = "\"\"", nested = "1";
+  std::string sum = "0", any = "0", all = "1", text = "\"\"", deepest = "1";
   for (int i = 0; i < 3000; ++i) {
     sum += i % 2 ? "-1" : "+2";
     any += " or 0";
@@ -128,11 +128,9 @@ TEST(QueryExpr, LongProgramsAndDeepTreesStayOffTheStackLimit) {
     text += " & \"x\"";
   }
   any += " or \"ja\"";
-  std::string deepest = "1";
-  for (int i = 0; i < 200; ++i) nested = "(1+" + nested + ")";
   for (int i = 0; i < 495; ++i) deepest = "(1+" + deepest + ")";  // just inside the bound
   const std::pair<std::string, std::string> rows[] = {
-      {sum, "1500"}, {any, "1"}, {all, "1"}, {text, std::string(3000, 'x')}, {nested, "201"}, {deepest, "496"}};
+      {sum, "1500"}, {any, "1"}, {all, "1"}, {text, std::string(3000, 'x')}, {deepest, "496"}};
   for (const auto& [query, result] : rows) {
     EXPECT_EQ(RunQuery(q, (query + ";").c_str()), result) << query.substr(0, 40);
   }
