@@ -26,14 +26,21 @@ void FillCategory(NodeStore& store, int32_t cursor, int32_t* categoryOut) {
   CategoryOfCursor(store, cursor, *categoryOut, isCategory);
 }
 
-// One place further in a direction, skipping places of the wrong kind; -1 if stepping fails, the
-// start again if the walk went all the way round.
-int32_t StepOfKind(NodeStore& store, int32_t from, int32_t direction, bool wrap, bool descend,
+// Steps of count places, repeated until one arrives at a place of the kinds asked for; -1 if a
+// step fails, the start again if the walk went all the way round. A start hidden in a closed
+// category is never met again: the walk then circles among other places, and coming back to a
+// place it had marked (at steps 1, 2, 4, ...) means it has been all the way round as well.
+int32_t StepOfKind(NodeStore& store, int32_t from, int32_t count, bool wrap, bool descend,
                    int32_t kinds) {
-  int32_t at = from;
-  for (;;) {
-    at = StepCursor(store, at, direction, wrap, descend);
+  int32_t at = from, mark = -1;
+  for (int64_t i = 1, nextMark = 1;; ++i) {
+    at = StepCursor(store, at, count, wrap, descend);
     if (at < 0 || at == from || KindWanted(store, at, kinds)) return at;
+    if (at == mark) return from;
+    if (i == nextMark) {
+      mark = at;
+      nextMark *= 2;
+    }
   }
 }
 
@@ -51,14 +58,10 @@ int32_t Seek(TDBManager& db, int32_t cursor, int32_t count, bool wrap, bool desc
       return -1;
     }
   } else {
-    int32_t start = at;
-    for (;;) {
-      at = StepCursor(store, at, count, wrap, descend);
-      if (at < 0) {
-        SetLastError(VERDAL_ERR_CURSOR);
-        return -1;
-      }
-      if (at == start || KindWanted(store, at, kinds)) break;
+    at = StepOfKind(store, at, count, wrap, descend, kinds);
+    if (at < 0) {
+      SetLastError(VERDAL_ERR_CURSOR);
+      return -1;
     }
   }
   if (keepCurrent) {

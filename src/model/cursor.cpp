@@ -1,5 +1,6 @@
 #include "model/cursor.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <vector>
 
@@ -47,9 +48,25 @@ int32_t StepCursor(NodeStore& store, int32_t cursor, int32_t count, bool wrap, b
   TDBNode* node = NodeOf(store, LookupPlace(store, cursor));
   if (node == nullptr) return -1;
   if (count == 0) return cursor;
+  // A wrapping walk runs into a circle, so a huge count is cut to what is left after the last
+  // whole round. The circle is found by marking the node at steps 1, 2, 4, ... and waiting for the
+  // walk to meet the mark again; that costs a few rounds of the tree at most.
   int64_t steps = std::llabs(static_cast<int64_t>(count));
-  for (int64_t i = 0; i < steps && node != nullptr; ++i)
+  TDBNode* mark = nullptr;
+  int64_t markedAt = 0, nextMark = 1;
+  for (int64_t i = 0; i < steps && node != nullptr;) {
     node = count > 0 ? NextNode(node, descend, wrap) : PreviousNode(node, descend, wrap);
+    ++i;
+    if (mark != nullptr && node == mark) {
+      steps = i + (steps - i) % (i - markedAt);
+      mark = nullptr;
+      nextMark = INT64_MAX;
+    } else if (i == nextMark) {
+      mark = node;
+      markedAt = i;
+      nextMark *= 2;
+    }
+  }
   return node != nullptr ? node->cursor : -1;
 }
 

@@ -2,6 +2,7 @@
 // told along the way.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <vector>
 
 #include "recording_host.h"
@@ -83,6 +84,27 @@ TEST_F(TreeOps, SeekingFromNoNodeAndSkippingKinds) {
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
   EXPECT_EQ(VERDAL_Seek(db, 999, 0, 0, 1, 1, nullptr, VERDAL_KINDS_BOTH), -1);
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CURSOR);
+}
+
+TEST_F(TreeOps, SeekingRoundAClosedCategoryEnds) {
+  // Stepping back from a record hidden in a closed category circles between the two categories
+  // and never meets a record or the start: the walk ends at the start.
+  int32_t a = Category(-1, "A");
+  int32_t r = VERDAL_AddRecord(db, a, "r", 0, nullptr, -1, 0, nullptr);
+  Category(-1, "B");
+  int32_t closed = 0;
+  ASSERT_EQ(VERDAL_SetCategoryInfo(db, a, nullptr, &closed, nullptr, nullptr, 0, nullptr, 0, 0), 1);
+  EXPECT_EQ(VERDAL_Seek(db, r, -1, 1, 1, 1, nullptr, VERDAL_KINDS_RECORDS), r);
+  EXPECT_EQ(VERDAL_MoveChild(db, r, VERDAL_CURSOR_PREVIOUS, VERDAL_KINDS_RECORDS), 0);
+}
+
+TEST_F(TreeOps, SeekingFarWithWrapGoesRoundByTheNodesItVisits) {
+  int32_t r0 = VERDAL_AddRecord(db, -1, "r0", 0, nullptr, -1, 0, nullptr);
+  int32_t r1 = VERDAL_AddRecord(db, -1, "r1", 0, nullptr, -1, 0, nullptr);
+  struct Case { int32_t count, descend, kinds, expected; };
+  for (const Case& c : {Case{INT32_MAX, 1, 3, r1}, Case{INT32_MAX, 0, 2, r1}, Case{INT32_MIN, 1, 2, r0},
+                        Case{INT32_MIN, 0, 3, r0}, Case{INT32_MAX - 1, 1, 3, r0}, Case{INT32_MIN + 1, 0, 3, r1}})
+    EXPECT_EQ(VERDAL_Seek(db, r0, c.count, 1, c.descend, 1, nullptr, c.kinds), c.expected) << c.count;
 }
 
 TEST_F(TreeOps, MovingUpAndDownAtTheEndsAndOutOfCategories) {
