@@ -101,11 +101,20 @@ int32_t MoveChild(TDBManager& db, int32_t cursor, int32_t target, int32_t kinds)
     }
     bool startUp = up && source == first;
     bool endDown = !up && source == last;
-    int32_t found = source;
-    do {
-      found = StepOfKind(store, found, up ? -1 : 1, true, true, kinds);
-      if (found < 0 || found == source) return 0;
-    } while (IsBelowOrSelf(NodeOf(store, LookupPlace(store, found)), sourceNode));
+    // Past the source's own subtree to the next place of the kinds asked for. A walk that comes
+    // back to where a step began, or to a place it marked (at steps 1, 2, 4, ...), circles below
+    // the source and has nowhere to go.
+    int32_t found = source, mark = -1;
+    for (int64_t i = 1, nextMark = 1;; ++i) {
+      const int32_t next = StepOfKind(store, found, up ? -1 : 1, true, true, kinds);
+      if (next < 0 || next == source || next == found || next == mark) return 0;
+      found = next;
+      if (!IsBelowOrSelf(NodeOf(store, LookupPlace(store, found)), sourceNode)) break;
+      if (i == nextMark) {
+        mark = found;
+        nextMark *= 2;
+      }
+    }
     if (startUp || endDown) {
       target = VERDAL_CURSOR_ROOT;
       toEnd = startUp || sourceNode->parent != &root;

@@ -96,6 +96,11 @@ TEST_F(TreeOps, SeekingRoundAClosedCategoryEnds) {
   ASSERT_EQ(VERDAL_SetCategoryInfo(db, a, nullptr, &closed, nullptr, nullptr, 0, nullptr, 0, 0), 1);
   EXPECT_EQ(VERDAL_Seek(db, r, -1, 1, 1, 1, nullptr, VERDAL_KINDS_RECORDS), r);
   EXPECT_EQ(VERDAL_MoveChild(db, r, VERDAL_CURSOR_PREVIOUS, VERDAL_KINDS_RECORDS), 0);
+  // The only records lie below the category moved: there is no place to move it to.
+  ASSERT_EQ(VERDAL_EmptyData(db, 1), 1);
+  int32_t c = Category(-1, "C");
+  VERDAL_AddRecord(db, c, "below", 0, nullptr, -1, 0, nullptr);
+  EXPECT_EQ(VERDAL_MoveChild(db, c, VERDAL_CURSOR_NEXT, VERDAL_KINDS_RECORDS), 0);
 }
 
 TEST_F(TreeOps, SeekingFarWithWrapGoesRoundByTheNodesItVisits) {
