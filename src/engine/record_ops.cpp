@@ -251,6 +251,7 @@ void EmptyData(TDBManager& db, bool keepDefinitions) {
     store.data.ForEach([&](int32_t, TDBDataRecord* record) { DeleteLinkedRow(db, *record); });
   }
   ClearStore(store, keepDefinitions);
+  if (!keepDefinitions) db.ClearDefinitions();
   db.MarkDirty();
 }
 

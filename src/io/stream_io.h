@@ -39,6 +39,14 @@ int64_t BytesLeft(File& file) {
   return int64_t{length} - position;
 }
 
+// Whether a stored count of objects of at least `minBytes` each can be what the bytes left hold:
+// the test before anything is made for them.
+template <class File>
+bool CountFits(File& file, int64_t count, int64_t minBytes) {
+  const int64_t left = BytesLeft(file);
+  return count >= 0 && left >= 0 && count * minBytes <= left;
+}
+
 // Readers and writers take any stream type: a TBaseFile through its virtual functions, a TMemFile
 // (which is final) with direct calls that inline, which a load or save of millions of values needs.
 namespace stream_detail {

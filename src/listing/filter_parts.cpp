@@ -13,11 +13,6 @@ namespace {
 constexpr int64_t kMinRowBytes = 1 + 2 + 2 + 3 + 4 * 4;
 constexpr int64_t kMinFilterBytes = 1 + 4 + 4;
 
-bool CountFits(TBaseFile& f, int32_t count, int64_t minBytes) {
-  const int64_t left = static_cast<int64_t>(f.GetLength()) - f.Tell();
-  return count >= 0 && count * minBytes <= left;
-}
-
 bool ReadItem(TDBFilterPartsItem& item, TBaseFile& f) {
   item.itemVersion = ReadUInt8(f);
   ReadString(item.name, f);

@@ -123,7 +123,27 @@ bool WriteAll(int fd, const char* data, size_t size) {
   return true;
 }
 
+// "~" before the file name, in the same folder, so that the final rename stays on one file system.
+std::string PartialNameOf(const std::string& target) {
+  size_t slash = target.find_last_of('/');
+  size_t at = slash == std::string::npos ? 0 : slash + 1;
+  return target.substr(0, at) + "~" + target.substr(at);
+}
+
 }  // namespace
+
+bool WriteWholeFile(const char* name, const void* data, size_t size) {
+  std::string target = NativePath(name);
+  std::string partial = PartialNameOf(target);
+  int out = ::open(partial.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0666);
+  if (out < 0) return false;
+  bool ok = WriteAll(out, static_cast<const char*>(data), size) && !InjectFault(FaultSite::kSync) &&
+            ::fsync(out) == 0;
+  if (::close(out) != 0) ok = false;
+  if (ok) ok = RenameFile(partial.c_str(), target.c_str());
+  if (!ok) ::unlink(partial.c_str());
+  return ok;
+}
 
 bool CopyFile(const char* from, const char* to) {
   std::string source = NativePath(from), target = NativePath(to);
@@ -132,9 +152,7 @@ bool CopyFile(const char* from, const char* to) {
   int in = ::open(source.c_str(), O_RDONLY);
   if (in < 0) return false;
   // The copy is made beside the target and renamed onto it, so the target is never half written.
-  size_t slash = target.find_last_of('/');
-  size_t at = slash == std::string::npos ? 0 : slash + 1;
-  std::string partial = target.substr(0, at) + "~" + target.substr(at);
+  std::string partial = PartialNameOf(target);
   int out = ::open(partial.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
   bool ok = out >= 0;
   std::vector<char> buffer(kBlock);

@@ -1,6 +1,7 @@
 #pragma once
 // The few file-system questions the engine asks. Hosts may write '\' or '/' in names; every call
 // here maps '\' to '/' before it touches the file system.
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -38,6 +39,10 @@ std::string FileNamePart(const char* name);
 // Copies a file onto another name, replacing it, and forces the copy to disk. Copying a file onto
 // itself succeeds without work.
 bool CopyFile(const char* from, const char* to);
+
+// Writes a file anew with these bytes: written beside it and renamed onto the name, so that a
+// failed write leaves the old file, or none, never a half-written one.
+bool WriteWholeFile(const char* name, const void* data, size_t size);
 
 // Replaces `to` by `from` in one step (both in one folder) and forces the folder to disk.
 bool RenameFile(const char* from, const char* to);

@@ -39,13 +39,6 @@ constexpr int16_t kPrintOptionsSince = 3;
 constexpr int16_t kDefaultPrintSince = 4;
 constexpr int16_t kFiltersSince = 5;
 constexpr int16_t kFirstContainerSince = 6;  // five containers, one version after another
-constexpr int kContainers = 5;
-
-template <class File>
-bool CountFits(File& f, int64_t count, int64_t minBytes) {
-  const int64_t left = BytesLeft(f);
-  return count >= 0 && left >= 0 && count * minBytes <= left;
-}
 
 // A local time is eight little-endian 16-bit values, moved as one block of 16 bytes.
 template <class File>
@@ -80,67 +73,33 @@ void CountedSection(File& f, Write&& write) {
   f.Seek(end);
 }
 
-// ---- The sections of definitions that this build does not hold yet (list display and sort
-// definitions, print options, option containers). They are written in their empty form.
-// A file whose sections hold definitions is refused rather than loaded and saved without them.
-
-constexpr uint32_t kContainerMark = kDataRecordMark;
-
-void WriteEmptyContainer(TBaseFile& f) {
-  WriteUInt32(kContainerMark, f);
-  WriteInt32(1, f);  // container version
-  WriteString("", f);
-  WriteInt32(0, f);
-}
-
-bool Refuse(const char* section) {
-  platform::Trace("ReadBody: the %s hold definitions this build cannot keep", section);
-  return false;
-}
-
-template <class File>
-bool ReadEmptyListDefinitions(File& f) {
-  uint32_t mark = ReadUInt32(f);
-  if (mark == kDataRecordMark) {
-    ReadInt32(f);  // manager version
-    std::string defaultName;
-    ReadString(defaultName, f);
-  } else if (mark != kSectionMark) {
-    return false;
-  }
-  return ReadInt32(f) == 0 || Refuse("list definitions");
-}
-
-template <class File>
-bool ReadEmptyContainer(File& f) {
-  if (ReadUInt32(f) != kContainerMark) return false;
-  if (ReadInt32(f) > 1) return false;
-  std::string defaultName;
-  ReadString(defaultName, f);
-  return ReadInt32(f) == 0 || Refuse("option containers");
-}
+// ---- Definitions: list display and sort, print options, filters, the option containers.
+// Print options are not held yet: a file whose print section holds any is refused rather than
+// loaded and saved without them.
 
 void WriteDefinitions(StoredDatabase& db, TBaseFile& f) {
-  WriteUInt32(kDataRecordMark, f);  // list display and sort definitions
-  WriteInt32(1, f);
-  WriteString("", f);
-  WriteInt32(0, f);
+  db.lists.Write(f);
   WriteString(db.defaultPrintOption, f);
   WriteInt32(0, f);  // print options
   listing::WriteFilters(db.filters, f);
-  for (int i = 0; i < kContainers; ++i) WriteEmptyContainer(f);
+  for (int i = 0; i < options::OptionContainers::kCount; ++i) db.options.InOrder(i)->Write(f);
 }
 
 template <class File>
 bool ReadDefinitions(StoredDatabase& db, File& f) {
   int16_t v = db.version;
-  if (!ReadEmptyListDefinitions(f)) return false;
+  if (!db.lists.Read(f)) return false;
   if (v >= kDefaultPrintSince) ReadString(db.defaultPrintOption, f);
-  if (v >= kPrintOptionsSince && ReadInt32(f) != 0) return Refuse("print options");
+  if (v >= kPrintOptionsSince && ReadInt32(f) != 0) {
+    platform::Trace("ReadBody: the print options hold definitions this build cannot keep");
+    return false;
+  }
   if (v < kFiltersSince) db.filters.Clear();  // older files have none
   else if (!listing::ReadFilters(db.filters, f)) return false;
-  for (int i = 0; i < kContainers; ++i)
-    if (v >= kFirstContainerSince + i && !ReadEmptyContainer(f)) return false;
+  // Each container is present from its own version on; an absent one stays empty.
+  db.options.Clear();
+  for (int i = 0; i < options::OptionContainers::kCount; ++i)
+    if (v >= kFirstContainerSince + i && !db.options.InOrder(i)->Read(f)) return false;
   return true;
 }
 

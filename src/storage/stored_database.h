@@ -6,7 +6,9 @@
 #include <string>
 
 #include "listing/filter_parts.h"
+#include "listing/list_display.h"
 #include "model/node_store.h"
+#include "options/option_containers.h"
 
 namespace verdal::storage {
 
@@ -26,8 +28,16 @@ struct EnvelopeState {
 struct DatabaseContent {
   explicit DatabaseContent(int32_t sizeClass) : store(sizeClass) {}
   model::NodeStore store;
+  listing::TListAndSortDisplayFieldInfoMananger lists;
   listing::TDBFilterCollection filters;
+  options::OptionContainers options;
   std::string defaultPrintOption;
+
+  // What an emptying that does not keep definitions drops beside the fields.
+  void ClearDefinitions() {
+    lists.Clear();
+    options.Clear();
+  }
 };
 
 struct StoredDatabase : EnvelopeState, DatabaseContent {

@@ -194,8 +194,8 @@ TEST(DatabaseBody, DamageEndsTheLoadWithoutHugeAllocations) {
   bad = good;
   bad.resize(bad.size() - 3);
   EXPECT_FALSE(load(bad));
-  // Definitions this build cannot keep are refused, not dropped.
+  // Print options, which this build cannot keep yet, are refused, not dropped.
   bad = good;
-  bad[14 + 4 + 4 + 4] = 1;  // count of list definitions
+  bad[14 + 16 + 4] = 1;  // after the empty list definitions and default print name
   EXPECT_FALSE(load(bad));
 }
