@@ -109,7 +109,31 @@ enum { VERDAL_KINDS_CATEGORIES = 1, VERDAL_KINDS_RECORDS = 2, VERDAL_KINDS_BOTH 
  * level). VERDAL_DELETE_CATEGORIES also makes the walk below the node go to all depths. */
 enum { VERDAL_DELETE_CATEGORIES = 2, VERDAL_DELETE_RECORDS = 4 };
 
+/* Kinds of option (kinds 4 and 9 do not exist). */
+enum {
+  VERDAL_OPTION_FILTER = 1,
+  VERDAL_OPTION_PRINT = 2,
+  VERDAL_OPTION_SORT = 3,
+  VERDAL_OPTION_CLIPBOARD = 5,
+  VERDAL_OPTION_FIELD_VIEW = 6,
+  VERDAL_OPTION_EXPORT = 7,
+  VERDAL_OPTION_EMAIL = 8,
+  VERDAL_OPTION_REPLACE = 10
+};
+
 #pragma pack(push, 1)
+
+/* One column of a list display, as VERDAL_GetListDisplayFieldInfo fills it. The texts belong to
+ * the engine and stay valid until the definition or the field changes. */
+typedef struct ListDisplayFieldRecord {
+  uint8_t alignment; /* 0 left, 1 right, 2 centred */
+  uint8_t unused[2]; /* not written */
+  uint8_t readOnly;
+  int32_t width;
+  const char* fieldName;
+  const char* heading; /* the shown name, or the field name */
+  int32_t fieldIndex;
+} ListDisplayFieldRecord;
 
 /* The notification record handed to the callback. One record for the process; valid during the
  * callback only. */
@@ -196,11 +220,13 @@ typedef struct VerdalLocalTime {
 static_assert(sizeof(VerdalNotification) == 40, "notification record is 40 bytes");
 static_assert(sizeof(VerdalDBProperties) == 528, "properties record is 528 bytes");
 static_assert(sizeof(VerdalLocalTime) == 16, "local time is 16 bytes");
+static_assert(sizeof(ListDisplayFieldRecord) == 12 + 2 * sizeof(void*), "list display record: 28 bytes on 64-bit");
 static_assert(sizeof(TDBFieldParams) == 58 + 9 * sizeof(void*), "field record: 130 bytes on 64-bit");
 #else
 _Static_assert(sizeof(VerdalNotification) == 40, "notification record is 40 bytes");
 _Static_assert(sizeof(VerdalDBProperties) == 528, "properties record is 528 bytes");
 _Static_assert(sizeof(VerdalLocalTime) == 16, "local time is 16 bytes");
+_Static_assert(sizeof(ListDisplayFieldRecord) == 12 + 2 * sizeof(void*), "list display record: 28 bytes on 64-bit");
 _Static_assert(sizeof(TDBFieldParams) == 58 + 9 * sizeof(void*), "field record: 130 bytes on 64-bit");
 #endif
 
@@ -355,6 +381,62 @@ VERDAL_API const char* VERDAL_GetFilter(VerdalHandle db, const char* name);
  * or field index. Valid until the VERDAL_TEXT_KEPT-th next call of the same function. */
 VERDAL_API const char* VERDAL_GetInternalParseString(VerdalHandle db, int32_t fieldIndex,
                                                      const char* value, int32_t flags);
+
+/* List display. A definition names the columns of a host's list; the same record with another
+ * kind is a sort definition. The two kinds are looked up apart (a sort definition's name given to
+ * a list display function is unknown, -2). Results: 1 success, -1 an unknown database, -2 an
+ * unknown definition, -3 a bad index or field, -5 a column whose field is gone. None of these but
+ * VERDAL_ConfigView touches the last error. */
+/* With a null name the number of fields, hidden ones too; else the definition's columns. */
+VERDAL_API int32_t VERDAL_GetListDisplayFieldSize(VerdalHandle db, const char* name);
+/* With a null name, index is a field index and the record gets the field's default column (width
+ * 24); else column index of the definition. */
+VERDAL_API int32_t VERDAL_GetListDisplayFieldInfo(VerdalHandle db, const char* name, int32_t index,
+                                                  ListDisplayFieldRecord* record);
+/* Marks the database changed. */
+VERDAL_API int32_t VERDAL_SetListDisplayFieldInfoColWidth(VerdalHandle db, const char* name,
+                                                          int32_t index, int32_t width);
+/* The first sort field of a sort definition: fieldIndexOut -1 when it has none or its field is
+ * gone; ascendingOut 1 or 0 (1 for a definition without fields). Either may be null. */
+VERDAL_API int32_t VERDAL_GetListSortTopInfo(VerdalHandle db, const char* name,
+                                             int32_t* fieldIndexOut, int32_t* ascendingOut);
+/* Makes a field the first of a sort definition: a field already in it changes places with the
+ * first one (1); another is put in front of all (-3). A missing definition is made with that one
+ * field (1) unless mustExist (-2). */
+VERDAL_API int32_t VERDAL_SetListSortTopInfo(VerdalHandle db, const char* name, int32_t fieldIndex,
+                                             int32_t ascending, int32_t mustExist);
+/* The list display (sort 0) or sort page for the definition name, through the user interface.
+ * 1 when confirmed; 0 with last error 8 when cancelled (always without a user interface), 0 with
+ * last error 1 for an unknown database. The database counts as changed afterwards either way. */
+VERDAL_API int32_t VERDAL_ConfigView(VerdalHandle db, VerdalWindow window, const char* title,
+                                     const char* name, int32_t sort);
+
+/* Options: named settings by kind (VERDAL_OPTION_). owner scopes the entries of kinds 5 to 10 to a
+ * part of the host: an entry is visible to its own owner, or to all when its owner is -1; new
+ * entries take the caller's owner. Filters, printouts and sort definitions have no owners. All
+ * clear the last error; an unknown database gives 0 with last error 1. */
+VERDAL_API int32_t VERDAL_NumOptions(VerdalHandle db, int32_t kind, int32_t owner);
+/* The name of option index, valid until the VERDAL_TEXT_KEPT-th next call; null with last error 11
+ * for a bad index or kind. isDefault (may be null) gets 1 for the default option. For kind 6 with
+ * fieldCount and fieldNames given, the view's fields that the database still has are copied into
+ * fieldNames, a block of maxFields buffers of nameSize bytes each (cut and terminated), and
+ * fieldCount gets how many. */
+VERDAL_API const char* VERDAL_GetOptionName(VerdalHandle db, int32_t kind, int32_t index,
+                                            int32_t owner, int32_t* isDefault, int32_t maxFields,
+                                            int32_t nameSize, int32_t* fieldCount,
+                                            char* fieldNames);
+/* 1, or 0 for an unknown kind. Does not mark the database changed. */
+VERDAL_API int32_t VERDAL_SetDefaultOption(VerdalHandle db, int32_t kind, const char* name,
+                                           int32_t owner);
+/* The option sheet of a kind through the user interface; a non-empty defaultName is made the
+ * default first. 1 when confirmed (notifying VERDAL_NOTIFY_FILTERS_CHANGED for kind 1 and
+ * VERDAL_NOTIFY_LIST_OPTIONS_CHANGED for kind 3); 0 with last error 8 when cancelled (always
+ * without a user interface), and what the pages changed before stays. The database counts as
+ * changed afterwards either way. */
+VERDAL_API int32_t VERDAL_ConfigOptions(VerdalHandle db, VerdalWindow window, int32_t kind,
+                                        int32_t owner, const char* title, const char* defaultName);
+/* Replaces every option and default of target by a copy of source's. */
+VERDAL_API int32_t VERDAL_MoveOptions(VerdalHandle source, VerdalHandle target);
 
 /* Password and compression. password buffers hold 32 bytes; compress receives 0 or 1. */
 VERDAL_API int32_t VERDAL_GetPWDAndCompression(VerdalHandle db, char* password, int32_t* compress);

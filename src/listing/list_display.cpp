@@ -214,6 +214,7 @@ const char* TListAndSortDisplayFieldInfoMananger::GetFileFilter() const {
 }
 
 void TListAndSortDisplayFieldInfoMananger::CopyFrom(const TListAndSortDisplayFieldInfoMananger& other) {
+  if (&other == this) return;
   definitions.clear();
   for (const auto& d : other.definitions)
     definitions.push_back(std::make_unique<TListSortAndDisplayFieldInfo>(*d));

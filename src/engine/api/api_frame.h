@@ -5,7 +5,9 @@
 
 #include "engine/database_call.h"
 #include "engine/db_manager.h"
+#include "engine/handle_table.h"
 #include "engine/last_error.h"
+#include "engine/pool_manager.h"
 #include "platform/trace.h"
 
 namespace verdal::api {
@@ -44,6 +46,20 @@ R WithDatabase(const char* function, uint32_t handle, R failure, Judge judge, Wo
     engine::DatabaseCall call(*db);
     return work(*db);
   });
+}
+
+// For the few functions whose contract leaves the last error alone: an unknown handle or an
+// exception gives the failure value and nothing else.
+template <class R, class Work>
+R QuietlyWithDatabase(uint32_t handle, R failure, Work&& work) {
+  try {
+    if (!engine::Pool().Find(handle)) return failure;
+    engine::TDBManager* db = engine::Handles().Lookup(handle);
+    engine::DatabaseCall call(*db);
+    return work(*db);
+  } catch (...) {
+    return failure;
+  }
 }
 
 }  // namespace verdal::api

@@ -1,0 +1,63 @@
+// Exported functions of list display and sort definitions: a host's columns, their widths and
+// the first sort field. Only the sheet touches the last error.
+#include "engine/api/api_frame.h"
+#include "listing/list_columns.h"
+#include "verdal.h"
+
+using namespace verdal;
+using engine::TDBManager;
+
+extern "C" {
+
+VERDAL_API int32_t VERDAL_GetListDisplayFieldSize(VerdalHandle handle, const char* name) {
+  return api::QuietlyWithDatabase(handle, -1, [&](TDBManager& db) {
+    return listing::ColumnCount(db.lists, db.store, name);
+  });
+}
+
+VERDAL_API int32_t VERDAL_GetListDisplayFieldInfo(VerdalHandle handle, const char* name,
+                                                  int32_t index, ListDisplayFieldRecord* record) {
+  return api::QuietlyWithDatabase(handle, -1, [&](TDBManager& db) {
+    listing::ListColumn column;
+    const int32_t result = listing::Column(db.lists, db.store, name, index, column, nullptr);
+    if (result == 1 && record != nullptr) {
+      record->alignment = column.alignment;
+      record->readOnly = column.readOnly ? 1 : 0;
+      record->width = column.width;
+      record->fieldName = column.fieldName;
+      record->heading = column.heading;
+      record->fieldIndex = column.fieldIndex;
+    }
+    return result;
+  });
+}
+
+VERDAL_API int32_t VERDAL_SetListDisplayFieldInfoColWidth(VerdalHandle handle, const char* name,
+                                                          int32_t index, int32_t width) {
+  return api::QuietlyWithDatabase(handle, -1, [&](TDBManager& db) {
+    const int32_t result = listing::SetColumnWidth(db.lists, db.store, name, index, width);
+    if (result == 1) db.MarkDirty();
+    return result;
+  });
+}
+
+VERDAL_API int32_t VERDAL_GetListSortTopInfo(VerdalHandle handle, const char* name,
+                                             int32_t* fieldIndexOut, int32_t* ascendingOut) {
+  return api::QuietlyWithDatabase(handle, -1, [&](TDBManager& db) {
+    return listing::SortTop(db.lists, db.store, name, fieldIndexOut, ascendingOut);
+  });
+}
+
+VERDAL_API int32_t VERDAL_SetListSortTopInfo(VerdalHandle handle, const char* name,
+                                             int32_t fieldIndex, int32_t ascending,
+                                             int32_t mustExist) {
+  return api::QuietlyWithDatabase(handle, -1, [&](TDBManager& db) {
+    bool changed = false;
+    const int32_t result = listing::SetSortTop(db.lists, db.store, name, fieldIndex, ascending != 0,
+                                               mustExist != 0, changed);
+    if (changed) db.MarkDirty();
+    return result;
+  });
+}
+
+}  // extern "C"

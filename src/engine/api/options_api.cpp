@@ -1,0 +1,86 @@
+// Exported functions of named options: counts, names, defaults and the copy of all options from
+// one database to another.
+#include <algorithm>
+#include <cstring>
+
+#include "engine/api/api_frame.h"
+#include "engine/option_kinds.h"
+#include "io/text_buffer.h"
+#include "platform/collation.h"
+#include "verdal.h"
+
+using namespace verdal;
+using api::Judge;
+using engine::TDBManager;
+
+namespace {
+
+TextRing g_optionNames;
+
+// Field names into a block of maxFields buffers of nameSize bytes, each cut and terminated.
+int32_t CopyNames(const std::vector<std::string>& names, int32_t maxFields, int32_t nameSize, char* block) {
+  if (maxFields <= 0 || nameSize <= 0) return 0;
+  const int32_t count = std::min(maxFields, static_cast<int32_t>(names.size()));
+  for (int32_t i = 0; i < count; ++i) {
+    char* slot = block + static_cast<size_t>(i) * static_cast<size_t>(nameSize);
+    const size_t n = std::min(names[i].size(), static_cast<size_t>(nameSize - 1));
+    std::memcpy(slot, names[i].data(), n);
+    slot[n] = '\0';
+  }
+  return count;
+}
+
+}  // namespace
+
+extern "C" {
+
+VERDAL_API int32_t VERDAL_NumOptions(VerdalHandle handle, int32_t kind, int32_t owner) {
+  return api::WithDatabase("VERDAL_NumOptions", handle, 0, Judge::kLastError, [&](TDBManager& db) {
+    return engine::OptionCount(db, kind, owner);
+  });
+}
+
+VERDAL_API const char* VERDAL_GetOptionName(VerdalHandle handle, int32_t kind, int32_t index,
+                                            int32_t owner, int32_t* isDefault, int32_t maxFields,
+                                            int32_t nameSize, int32_t* fieldCount,
+                                            char* fieldNames) {
+  return api::WithDatabase("VERDAL_GetOptionName", handle, static_cast<const char*>(nullptr),
+                           Judge::kResult, [&](TDBManager& db) -> const char* {
+    const char* name = engine::OptionName(db, kind, index, owner);
+    if (name == nullptr) {
+      engine::SetLastError(VERDAL_ERR_INPUT);
+      return nullptr;
+    }
+    const char* kept = g_optionNames.Keep(name);
+    if (isDefault != nullptr) {
+      const std::string* byDefault = engine::OptionDefault(db, kind, owner);
+      *isDefault = byDefault != nullptr && platform::SameNameNoCase(*byDefault, kept) ? 1 : 0;
+    }
+    if (kind == VERDAL_OPTION_FIELD_VIEW && fieldCount != nullptr && fieldNames != nullptr)
+      *fieldCount = CopyNames(engine::FieldViewFields(db, index, owner), maxFields, nameSize, fieldNames);
+    return kept;
+  });
+}
+
+VERDAL_API int32_t VERDAL_SetDefaultOption(VerdalHandle handle, int32_t kind, const char* name,
+                                           int32_t owner) {
+  return api::WithDatabase("VERDAL_SetDefaultOption", handle, 0, Judge::kLastError,
+                           [&](TDBManager& db) -> int32_t {
+    return engine::SetOptionDefault(db, kind, name != nullptr ? name : "", owner) ? 1 : 0;
+  });
+}
+
+VERDAL_API int32_t VERDAL_MoveOptions(VerdalHandle source, VerdalHandle target) {
+  return api::Guarded("VERDAL_MoveOptionsEx", 0, Judge::kResult, [&]() -> int32_t {
+    TDBManager* from = engine::AcceptHandle(source);
+    TDBManager* to = from != nullptr ? engine::AcceptHandle(target) : nullptr;
+    if (to == nullptr) return 0;
+    engine::DatabaseCall callFrom(*from);
+    engine::DatabaseCall callTo(*to);
+    engine::CopyOptions(*from, *to);
+    to->MarkDirty();
+    return 1;
+  });
+}
+
+}  // extern "C"

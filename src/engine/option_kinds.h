@@ -1,0 +1,32 @@
+#pragma once
+// A database's named options by kind, as the option functions of the interface see them: filters
+// (1), printouts (2), sort definitions (3) and the five containers (5 to 10). Each function sets
+// the host's owner on the collection before it uses it.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "engine/db_manager.h"
+
+namespace verdal::engine {
+
+// The collection behind kinds 3 and 5 to 10, with `owner` set; null for kinds 1, 2 and unknown
+// kinds (filters and printouts have no owners and no TBaseConfigClass).
+options::TBaseConfigClass* ConfigCollection(TDBManager& db, int32_t kind, int32_t owner);
+
+// 0 for an unknown kind.
+int32_t OptionCount(TDBManager& db, int32_t kind, int32_t owner);
+// Null for a bad index or kind.
+const char* OptionName(TDBManager& db, int32_t kind, int32_t index, int32_t owner);
+// Null for an unknown kind.
+const std::string* OptionDefault(TDBManager& db, int32_t kind, int32_t owner);
+// False for an unknown kind.
+bool SetOptionDefault(TDBManager& db, int32_t kind, const std::string& name, int32_t owner);
+
+// The field names of a field view that the database has as fields, in the view's order.
+std::vector<std::string> FieldViewFields(TDBManager& db, int32_t index, int32_t owner);
+
+// Every option of every kind and the defaults, replacing those of the target.
+void CopyOptions(const TDBManager& source, TDBManager& target);
+
+}  // namespace verdal::engine
