@@ -244,7 +244,7 @@ void Step(State& st) {
     return;
   }
   VerdalHandle db = s.db;
-  switch (op % 26) {
+  switch (op % 28) {
     case 0: AddFieldOp(in, s); break;
     case 1: {
       int32_t parent = PickCursor(in, s);
@@ -434,6 +434,35 @@ void Step(State& st) {
       char identifier[37];
       VERDAL_GetInternalData(db, cursor, &t, &t, &modified, identifier);
       VERDAL_IsChildOf(db, cursor, PickCursor(in, s));
+      break;
+    }
+    case 26: {  // the first sort field: what was set is what is read
+      const char* name = kNames[in.Byte() % (sizeof kNames / sizeof *kNames)];
+      const int32_t field = PickField(in);
+      const int32_t ascending = in.Bit();
+      const int32_t set = VERDAL_SetListSortTopInfo(db, name, field, ascending, in.Bit());
+      int32_t top = -9, up = -9;
+      const int32_t got = VERDAL_GetListSortTopInfo(db, name, &top, &up);
+      const bool isField = field >= 0 && field < VERDAL_GetFieldSize(db);
+      if (isField && (set == 1 || set == -3)) CHECK(got == 1 && top == field && up == ascending);
+      ListDisplayFieldRecord r;
+      const int32_t columns = VERDAL_GetListDisplayFieldSize(db, in.Bit() ? name : nullptr);
+      if (columns > 0) VERDAL_GetListDisplayFieldInfo(db, nullptr, in.Byte() % columns, &r);
+      VERDAL_SetListDisplayFieldInfoColWidth(db, name, in.Byte() % 4, in.Byte());
+      break;
+    }
+    case 27: {  // options: counts agree with names, and a copy has them all
+      const int32_t kind = in.Byte() % 12;
+      const int32_t owner = static_cast<int32_t>(in.Byte() % 3) - 1;
+      const int32_t count = VERDAL_NumOptions(db, kind, owner);
+      for (int32_t i = 0; i <= count; ++i) {
+        const char* name = VERDAL_GetOptionName(db, kind, i, owner, nullptr, 0, 0, nullptr, nullptr);
+        CHECK((name != nullptr) == (i < count));
+      }
+      VERDAL_SetDefaultOption(db, kind, kNames[in.Byte() % (sizeof kNames / sizeof *kNames)], owner);
+      Slot& t = st.slots[in.Byte() % kSlots];
+      if (Alive(t.db) && VERDAL_MoveOptions(db, t.db) == 1)
+        CHECK(VERDAL_NumOptions(t.db, kind, owner) == count);
       break;
     }
   }
