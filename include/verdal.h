@@ -411,6 +411,28 @@ VERDAL_API int32_t VERDAL_SetListSortTopInfo(VerdalHandle db, const char* name, 
 VERDAL_API int32_t VERDAL_ConfigView(VerdalHandle db, VerdalWindow window, const char* title,
                                      const char* name, int32_t sort);
 
+/* Sorting by a sort definition's fields, most significant first. Among records equal under every
+ * field the order is reversed by each sort. Children that do not take part (categories in a sort
+ * of records) stand first under their node. No sort marks the database changed. */
+/* All records below the definition's start, at every depth, sorted: countOut gets the count and
+ * arrayOut an array of count + 1 cursors (the last unset), given back with
+ * VERDAL_GetCategoryDeleteChildList. -1 unknown database, -2 no sort definition of that name, 0 a
+ * start without a place; 1 otherwise, with nothing written for a definition without fields. The
+ * last error is not touched. */
+VERDAL_API int32_t VERDAL_SortFlat(VerdalHandle db, const char* name, int32_t* countOut,
+                                   int32_t** arrayOut);
+/* The tree in place, below the definition's start, every level with its recursive flag; every view
+ * shows the new order. 1, or 0 with last error 1 (unknown database), 11 (unknown definition) or 0
+ * (a start without a place). Notifies VERDAL_NOTIFY_SHAPE_CHANGED (field 0, extra 1) when the
+ * definition asks for it. */
+VERDAL_API int32_t VERDAL_Sort(VerdalHandle db, const char* name);
+/* The categories by name, below startCursor (-2 the root); with useDialog the user chooses through
+ * the user interface and the first three arguments are ignored (0 when cancelled, and always
+ * without a user interface). */
+VERDAL_API int32_t VERDAL_SortCategories(VerdalHandle db, int32_t ascending, int32_t recursive,
+                                         int32_t stringSort, int32_t startCursor,
+                                         int32_t useDialog, VerdalWindow parentWindow);
+
 /* Options: named settings by kind (VERDAL_OPTION_). owner scopes the entries of kinds 5 to 10 to a
  * part of the host: an entry is visible to its own owner, or to all when its owner is -1; new
  * entries take the caller's owner. Filters, printouts and sort definitions have no owners. All

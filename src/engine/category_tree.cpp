@@ -31,15 +31,6 @@ int32_t NumberByMode(int32_t mode, const TDBNode* node) {
   }
 }
 
-std::string NameOf(NodeStore& store, const TDBCategoryData* place) {
-  if (place == nullptr) return std::string();
-  if (!place->isCategory) {
-    const TDBDataRecord* data = DataOf(store, place);
-    return data != nullptr ? std::string(data->Title()) : std::string();
-  }
-  const TDBCategoryRecord* rec = store.categories.Find(place->categoryId);
-  return rec != nullptr ? rec->ShownName() : std::string();
-}
 
 int32_t VisibleChildren(const TDBNodeManagerItem& view, const TDBNode* node, bool onlyExpanded) {
   if (!node->expanded && onlyExpanded && view.mode != kModeRecords) return 0;
@@ -98,7 +89,7 @@ int32_t GetCategoryInfo(TDBManager& db, int32_t cursor, TDBCategoryQuery& q) {
     // "Room enough" is room for the longest name the engine stores; a longer one from a file is
     // cut there as well.
     size_t size = q.nameSize > 0 ? static_cast<size_t>(q.nameSize) : VERDAL_NAME_MAX + 1;
-    CopyCut(q.name, size, NameOf(store, place));
+    CopyCut(q.name, size, NodeName(store, place));
   }
   if (q.parent != nullptr) {
     const TDBNode* node = NodeOf(store, place);

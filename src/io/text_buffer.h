@@ -11,7 +11,7 @@
 
 namespace verdal {
 
-inline void CopyCut(char* target, size_t size, const std::string& text) {
+inline void CopyCut(char* target, size_t size, std::string_view text) {
   if (target == nullptr || size == 0) return;
   const size_t n = text.size() < size - 1 ? text.size() : size - 1;
   std::memcpy(target, text.data(), n);

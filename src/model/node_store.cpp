@@ -233,6 +233,27 @@ void DropData(NodeStore& store, int32_t dataId, bool onlyIfUnreferenced) {
 
 void RefreshPositions(NodeStore& store) { store.MainView().Compact(true); }
 
+void RebuildViews(NodeStore& store) {
+  std::vector<TDBCategoryData*> list;
+  list.reserve(store.places.Count());
+  store.places.ForEach([&](int32_t, TDBCategoryData* place) {
+    if (place->tag == kObjectTag) list.push_back(place);
+  });
+  for (auto& view : store.views) view->Clear();
+  AttachPlaces(store, list, false);
+  Renumber(store);
+}
+
+std::string_view NodeName(NodeStore& store, const TDBCategoryData* place) {
+  if (place == nullptr) return {};
+  if (!place->isCategory) {
+    const TDBDataRecord* data = DataOf(store, place);
+    return data != nullptr ? data->Title() : std::string_view();
+  }
+  const TDBCategoryRecord* rec = store.categories.Find(place->categoryId);
+  return rec != nullptr ? std::string_view(rec->ShownName()) : std::string_view();
+}
+
 void Renumber(NodeStore& store) {
   // Positions are those of the main tree; other views only follow them.
   store.MainView().Renumber(true);

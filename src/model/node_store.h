@@ -100,6 +100,13 @@ void AttachPlacesToView(NodeStore& store, int32_t viewIndex, const std::vector<T
 // built from positions comes out in the same order.
 void RefreshPositions(NodeStore& store);
 
+// Every view built anew from the places and their positions, as a load builds them: after the
+// main tree's order was changed and written into the positions.
+void RebuildViews(NodeStore& store);
+
+// A record's title or a category's shown name; empty for no place.
+std::string_view NodeName(NodeStore& store, const TDBCategoryData* place);
+
 // Takes a place out of every view; true if it was attached in view 0. Nodes stay in their views.
 bool DetachPlace(NodeStore& store, int32_t cursor);
 

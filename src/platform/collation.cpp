@@ -142,6 +142,41 @@ std::string NameKeyNoCase(std::string_view name) {
   }
 }
 
+namespace {
+
+// Appends the collation key of the text; false when there is no collator or ICU fails.
+bool AppendKey(UCollator* coll, std::string_view text, bool skipHyphens, std::string& key) {
+  if (coll == nullptr) return false;
+  Utf16Text u(text, skipHyphens);
+  const size_t at = key.size();
+  size_t room = 2 * static_cast<size_t>(u.length()) + 16;
+  for (;;) {
+    key.resize(at + room);
+    const int32_t n = ucol_getSortKey(coll, u.data(), u.length(), reinterpret_cast<uint8_t*>(key.data() + at),
+                                      static_cast<int32_t>(room));
+    if (n <= 0) return false;
+    if (static_cast<size_t>(n) <= room) {
+      key.resize(at + static_cast<size_t>(n));
+      return true;
+    }
+    room = static_cast<size_t>(n);
+  }
+}
+
+}  // namespace
+
+void AppendSortKey(std::string_view text, bool stringSort, std::string& key) {
+  UCollator* coll = Collator(false);
+  const size_t at = key.size();
+  // A key ends in its one zero byte, so a word sort's two keys in a row compare as the word sort
+  // does: without hyphens and apostrophes first, with them only between otherwise equal texts.
+  if (stringSort ? AppendKey(coll, text, false, key)
+                 : AppendKey(coll, text, true, key) && AppendKey(coll, text, false, key))
+    return;
+  key.resize(at);
+  key.append(text);
+}
+
 unsigned CollationGeneration() { return g_generation; }
 
 void ResetCollation() {

@@ -1,0 +1,247 @@
+#include "listing/sort_run.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <string>
+
+#include "model/data_type_info.h"
+#include "model/fields.h"
+#include "model/place_walk.h"
+#include "platform/collation.h"
+
+namespace verdal::listing {
+
+using model::TDBCategoryData;
+using model::TDBNode;
+
+namespace {
+
+// How an entry is compared under one sort field. Numbers, yes/no, dates and times compare by the
+// number their type forms; texts and links by a collation key of what they show, so that a
+// comparison never converts or collates a value again.
+enum class KeyKind : uint8_t { kNone, kNumber, kText };
+
+struct SortColumn {
+  KeyKind kind = KeyKind::kNone;
+  bool ascending = true;
+  bool stringSort = false;
+  model::TDBFieldInfo* field = nullptr;
+  int32_t fieldIndex = -1;
+  int32_t slot = 0;  // index among the columns of its kind
+};
+
+struct SortEntry {
+  int32_t cursor;
+  TDBNode* node;  // null in a flat sort and a sort of a list
+};
+
+struct TextRef {
+  uint32_t offset, length;
+};
+
+// The entries of one run with their keys. Reading back gives them in sorted order.
+class SortIndex {
+ public:
+  SortIndex(model::NodeStore& store, const TListSortAndDisplayFieldInfo& definition,
+            model::TLinkResolver* links)
+      : store_(store), links_(links) {
+    if (definition.sortCategories) {
+      // Names only, with the first item's direction and kind of text order.
+      SortColumn c;
+      c.kind = KeyKind::kText;
+      c.ascending = definition.items.front().ascending;
+      c.stringSort = definition.items.front().stringSort;
+      columns_.push_back(c);
+      byName_ = true;
+      texts_ = 1;
+      return;
+    }
+    for (const auto& item : definition.items) {
+      SortColumn c;
+      c.fieldIndex = model::FieldIndexByName(store, item.fieldName.c_str());
+      if (c.fieldIndex < 0) continue;  // a field deleted since: it does not count
+      c.field = store.fields[static_cast<size_t>(c.fieldIndex)].get();
+      c.ascending = item.ascending;
+      c.stringSort = item.stringSort;
+      switch (c.field->type.dataType) {
+        case model::kTypeNumber: case model::kTypeYesNo: case model::kTypeDateTime:
+        case model::kTypeDate: case model::kTypeTime:
+          c.kind = KeyKind::kNumber;
+          c.slot = numbers_++;
+          break;
+        case model::kTypeText: case model::kTypeLink:
+          c.kind = KeyKind::kText;
+          c.slot = texts_++;
+          break;
+        default: continue;  // binary values all compare equal
+      }
+      columns_.push_back(c);
+    }
+  }
+
+  void Reserve(size_t count) {
+    entries_.reserve(count);
+    numberKeys_.reserve(count * static_cast<size_t>(numbers_));
+    textKeys_.reserve(count * static_cast<size_t>(texts_));
+  }
+
+  void Add(int32_t cursor, TDBNode* node, const TDBCategoryData* place) {
+    entries_.push_back(SortEntry{cursor, node});
+    if (byName_) {
+      AddText(model::NodeName(store_, place), false);
+      return;
+    }
+    for (const SortColumn& c : columns_) {
+      const std::optional<std::string_view> value = model::FieldValueOf(store_, place, c.fieldIndex);
+      if (c.kind == KeyKind::kNumber) {
+        long double key = 0;  // a missing value counts as 0
+        if (value) c.field->type.Compare(*value, *value, false, c.stringSort, true, &key, links_);
+        numberKeys_.push_back(key);
+      } else if (c.field->type.dataType == model::kTypeLink && links_ != nullptr && value) {
+        c.field->type.CreateDisplayString(*value, shown_, true, false, links_);
+        AddText(shown_, c.stringSort);
+      } else {
+        AddText(value.value_or(std::string_view()), c.stringSort);
+      }
+    }
+  }
+
+  // The entries by position. Placing each new entry before every entry equal to it is the same
+  // as a stable sort of the entries taken in reverse.
+  std::vector<SortEntry> Sorted() const {
+    const size_t n = entries_.size();
+    std::vector<uint32_t> order(n);
+    for (size_t i = 0; i < n; ++i) order[i] = static_cast<uint32_t>(n - 1 - i);
+    std::stable_sort(order.begin(), order.end(), [this](uint32_t a, uint32_t b) { return Less(a, b); });
+    std::vector<SortEntry> sorted;
+    sorted.reserve(n);
+    for (uint32_t i : order) sorted.push_back(entries_[i]);
+    return sorted;
+  }
+
+ private:
+  void AddText(std::string_view text, bool stringSort) {
+    const size_t at = keyBytes_.size();
+    platform::AppendSortKey(text, byName_ ? columns_.front().stringSort : stringSort, keyBytes_);
+    if (keyBytes_.size() > UINT32_MAX) throw std::bad_alloc();
+    textKeys_.push_back(TextRef{static_cast<uint32_t>(at), static_cast<uint32_t>(keyBytes_.size() - at)});
+  }
+
+  int CompareText(const TextRef& a, const TextRef& b) const {
+    const int r = std::memcmp(keyBytes_.data() + a.offset, keyBytes_.data() + b.offset, std::min(a.length, b.length));
+    if (r != 0) return r < 0 ? -1 : 1;
+    return (a.length > b.length) - (a.length < b.length);
+  }
+
+  bool Less(uint32_t a, uint32_t b) const {
+    for (const SortColumn& c : columns_) {
+      if (c.kind == KeyKind::kNumber) {
+        const long double x = numberKeys_[a * numbers_ + c.slot], y = numberKeys_[b * numbers_ + c.slot];
+        if (x != y) return c.ascending ? x < y : y < x;
+      } else {
+        int r = CompareText(textKeys_[a * texts_ + c.slot], textKeys_[b * texts_ + c.slot]);
+        if (!c.ascending) r = -r;
+        if (r != 0) return r < 0;
+      }
+    }
+    return false;
+  }
+
+  model::NodeStore& store_;
+  model::TLinkResolver* links_;
+  std::vector<SortColumn> columns_;
+  int32_t numbers_ = 0, texts_ = 0;
+  bool byName_ = false;
+  std::vector<SortEntry> entries_;
+  std::vector<long double> numberKeys_;
+  std::vector<TextRef> textKeys_;
+  std::string keyBytes_;
+  std::string shown_;
+};
+
+TDBNode* StartNode(model::NodeStore& store, int32_t startCursor) {
+  return model::NodeOf(store, model::LookupPlace(store, startCursor));
+}
+
+// The children that take part are sorted behind the ones that do not, which keep their order.
+void SortChildren(model::NodeStore& store, TDBNode* node, const TListSortAndDisplayFieldInfo& definition,
+                  model::TLinkResolver* links) {
+  std::vector<TDBNode*>& children = *node->children;
+  SortIndex index(store, definition, links);
+  std::vector<TDBNode*> ordered;
+  ordered.reserve(children.size());
+  for (TDBNode* child : children) {
+    if (child == nullptr) continue;
+    if (child->isCategory == definition.sortCategories)
+      index.Add(child->cursor, child, child->place);
+    else
+      ordered.push_back(child);
+  }
+  for (const SortEntry& e : index.Sorted()) ordered.push_back(e.node);
+  children.swap(ordered);
+}
+
+}  // namespace
+
+SortResult RunFlatSort(model::NodeStore& store, TListSortAndDisplayFieldInfo definition,
+                       std::vector<int32_t>& out, model::TLinkResolver* links) {
+  if (definition.items.empty()) return SortResult::kNoFields;
+  TDBNode* start = StartNode(store, definition.startCursor);
+  if (start == nullptr) return SortResult::kNoStart;
+  std::vector<int32_t> list;
+  model::CollectPlaces(store, start, list, model::kKindRecords, true, false, nullptr, false);
+  SortIndex index(store, definition, links);
+  index.Reserve(list.size());
+  for (int32_t cursor : list) index.Add(cursor, nullptr, model::LookupPlace(store, cursor));
+  out.clear();
+  out.reserve(list.size());
+  for (const SortEntry& e : index.Sorted()) out.push_back(e.cursor);
+  return SortResult::kSorted;
+}
+
+void SortList(model::NodeStore& store, TListSortAndDisplayFieldInfo definition, int32_t* cursors,
+              int32_t count, model::TLinkResolver* links) {
+  if (definition.items.empty() || cursors == nullptr || count < 2) return;
+  SortIndex index(store, definition, links);
+  index.Reserve(static_cast<size_t>(count));
+  for (int32_t i = 0; i < count; ++i) index.Add(cursors[i], nullptr, model::LookupPlace(store, cursors[i]));
+  int32_t i = 0;
+  for (const SortEntry& e : index.Sorted()) cursors[i++] = e.cursor;
+}
+
+SortResult RunTreeSort(model::NodeStore& store, TListSortAndDisplayFieldInfo definition,
+                       model::TLinkResolver* links) {
+  if (definition.items.empty()) return SortResult::kNoFields;
+  TDBNode* start = StartNode(store, definition.startCursor);
+  if (start == nullptr) return SortResult::kNoStart;
+  // Depth-first with a stack of our own: trees may be deeper than the call stack allows.
+  std::vector<TDBNode*> pending{start};
+  while (!pending.empty()) {
+    TDBNode* node = pending.back();
+    pending.pop_back();
+    if (!node->children || node->children->empty()) continue;
+    SortChildren(store, node, definition, links);
+    if (!definition.recursive) break;
+    const auto& children = *node->children;
+    for (auto it = children.rbegin(); it != children.rend(); ++it) pending.push_back(*it);
+  }
+  model::RefreshPositions(store);
+  model::RebuildViews(store);
+  return SortResult::kSorted;
+}
+
+TListSortAndDisplayFieldInfo CategorySortDefinition(bool ascending, bool recursive, bool stringSort,
+                                                    int32_t startCursor) {
+  TListSortAndDisplayFieldInfo d;
+  d.startCursor = startCursor;
+  d.sortCategories = true;
+  d.recursive = recursive;
+  TListAndSortDisplayFieldInfoData item;
+  item.ascending = ascending;
+  item.stringSort = stringSort;
+  d.items.push_back(item);
+  return d;
+}
+
+}  // namespace verdal::listing
