@@ -495,12 +495,18 @@ enum {
   VERDAL_ICON_INFORMATION = 0x40
 };
 enum { VERDAL_ID_OK = 1, VERDAL_ID_CANCEL = 2, VERDAL_ID_RETRY = 4, VERDAL_ID_YES = 6, VERDAL_ID_NO = 7 };
-/* Kinds of control in a dialog. A check box's text is "1" when checked, "0" otherwise. */
+/* Kinds of control in a dialog. A check box's text is "1" when checked, "0" otherwise. A list
+ * and a combo box offer items (itemCount, item); their text is the selected item, "" for none, and
+ * setting a text selects the first item equal to it ("" clears a list's selection; any other text
+ * that is no item changes nothing). Setting any text on a button presses it. */
 enum {
   VERDAL_CONTROL_TEXT = 0,   /* label or note */
   VERDAL_CONTROL_EDIT = 1,
   VERDAL_CONTROL_MASKED = 2, /* an edit shown masked */
-  VERDAL_CONTROL_CHECK = 3
+  VERDAL_CONTROL_CHECK = 3,
+  VERDAL_CONTROL_LIST = 4,
+  VERDAL_CONTROL_CHOICE = 5, /* a combo box: one of its items */
+  VERDAL_CONTROL_BUTTON = 6
 };
 
 typedef struct VerdalControl {
@@ -515,7 +521,12 @@ typedef struct VerdalControl {
  * the controls, reads and sets their texts, and ends the dialog with pressOk (answers 1 when the
  * dialog accepts the input; on 0 it stays open, having told the user why) or pressCancel. A
  * dialog left without either counts as cancelled. Texts handed out stay valid until the next call
- * on the sheet. */
+ * on the sheet.
+ * A dialog may change while it runs: after setText and pressOk, pageCount and controlCount are
+ * brought up to date, and pages, controls, items and the enabled state may differ from before
+ * (a button or a choice in a list can add or remove whole pages), so a host reads them again. A
+ * control id names the same control for as long as it exists. The members after `engine` came
+ * with lists, combo boxes and buttons. */
 typedef struct VerdalSheet VerdalSheet;
 struct VerdalSheet {
   const char* title;
@@ -528,6 +539,11 @@ struct VerdalSheet {
   int32_t (*pressOk)(const VerdalSheet* sheet);
   void (*pressCancel)(const VerdalSheet* sheet);
   void* engine; /* the engine's, do not touch */
+  /* The items of a list or combo box, 0 and "" for other controls. */
+  int32_t (*itemCount)(const VerdalSheet* sheet, int32_t controlId);
+  const char* (*item)(const VerdalSheet* sheet, int32_t controlId, int32_t index);
+  /* 0 when the control cannot act now (a button with nothing to do), else 1. */
+  int32_t (*enabled)(const VerdalSheet* sheet, int32_t controlId);
 };
 
 /* A member left null behaves as without a user interface: a message box answers its default,

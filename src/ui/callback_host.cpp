@@ -20,6 +20,31 @@ struct SheetBridge {
   bool ended = false;
 
   static SheetBridge& Of(const VerdalSheet* s) { return *static_cast<SheetBridge*>(s->engine); }
+
+  // Pages and controls as the sheet has them now; a call may have changed them.
+  void Refresh() {
+    std::vector<std::string> nowPages = sheet->Pages();
+    std::vector<Control> nowControls = sheet->Controls();
+    pages.swap(nowPages);
+    controls.swap(nowControls);
+    c.pageCount = static_cast<int32_t>(pages.size());
+    c.controlCount = static_cast<int32_t>(controls.size());
+  }
+
+  // After a call of the host's, where nothing may throw back into C: a sheet that cannot say
+  // what it shows keeps what it showed before.
+  void RefreshQuietly() {
+    try {
+      Refresh();
+    } catch (...) {
+    }
+  }
+
+  const Control* Find(int32_t id) const {
+    for (const Control& control : controls)
+      if (control.id == id) return &control;
+    return nullptr;
+  }
 };
 
 const char* BridgePageTitle(const VerdalSheet* s, int32_t page) {
@@ -55,6 +80,23 @@ void BridgeSetText(const VerdalSheet* s, int32_t id, const char* text) {
     b.sheet->SetText(id, text != nullptr ? text : "");
   } catch (...) {
   }
+  b.RefreshQuietly();
+}
+
+int32_t BridgeItemCount(const VerdalSheet* s, int32_t id) {
+  const Control* c = SheetBridge::Of(s).Find(id);
+  return c != nullptr ? static_cast<int32_t>(c->items.size()) : 0;
+}
+
+const char* BridgeItem(const VerdalSheet* s, int32_t id, int32_t index) {
+  const Control* c = SheetBridge::Of(s).Find(id);
+  if (c == nullptr || index < 0 || index >= static_cast<int32_t>(c->items.size())) return "";
+  return c->items[static_cast<size_t>(index)].c_str();
+}
+
+int32_t BridgeEnabled(const VerdalSheet* s, int32_t id) {
+  const Control* c = SheetBridge::Of(s).Find(id);
+  return c != nullptr && c->enabled ? 1 : 0;
 }
 
 int32_t BridgePressOk(const VerdalSheet* s) {
@@ -66,6 +108,7 @@ int32_t BridgePressOk(const VerdalSheet* s) {
     b.accepted = false;
   }
   b.ended = b.accepted;
+  if (!b.ended) b.RefreshQuietly();
   return b.accepted ? 1 : 0;
 }
 
@@ -128,11 +171,8 @@ bool CallbackHost::RunSheet(VerdalWindow parent, Sheet& sheet) {
   SheetBridge b;
   b.sheet = &sheet;
   b.title = sheet.Title();
-  b.pages = sheet.Pages();
-  b.controls = sheet.Controls();
+  b.Refresh();
   b.c.title = b.title.c_str();
-  b.c.pageCount = static_cast<int32_t>(b.pages.size());
-  b.c.controlCount = static_cast<int32_t>(b.controls.size());
   b.c.pageTitle = BridgePageTitle;
   b.c.control = BridgeControl;
   b.c.getText = BridgeGetText;
@@ -140,6 +180,9 @@ bool CallbackHost::RunSheet(VerdalWindow parent, Sheet& sheet) {
   b.c.pressOk = BridgePressOk;
   b.c.pressCancel = BridgePressCancel;
   b.c.engine = &b;
+  b.c.itemCount = BridgeItemCount;
+  b.c.item = BridgeItem;
+  b.c.enabled = BridgeEnabled;
   c_.runSheet(c_.user, parent, &b.c);
   if (!b.accepted) BridgePressCancel(&b.c);
   return b.accepted;

@@ -40,19 +40,35 @@ enum class ControlKind : int32_t {
   kEdit = VERDAL_CONTROL_EDIT,
   kMaskedEdit = VERDAL_CONTROL_MASKED,  // an edit whose text is shown as dots
   kCheckBox = VERDAL_CONTROL_CHECK,     // its text is "1" when checked, "0" otherwise
+  // A list and a combo box: their text is the selected item, "" for none. Setting a text selects
+  // the first item equal to it; "" clears a list's selection; other texts change nothing.
+  kList = VERDAL_CONTROL_LIST,
+  kChoice = VERDAL_CONTROL_CHOICE,
+  kButton = VERDAL_CONTROL_BUTTON,  // setting any text presses it
 };
 
 struct Control {
+  Control() = default;
+  Control(int32_t id, int32_t page, ControlKind kind, std::string label, int32_t limit = 0,
+          std::vector<std::string> items = {}, bool enabled = true)
+      : id(id), page(page), kind(kind), label(std::move(label)), limit(limit), items(std::move(items)),
+        enabled(enabled) {}
+
   int32_t id = 0;
   int32_t page = 0;
   ControlKind kind = ControlKind::kText;
   std::string label;
   int32_t limit = 0;  // longest text an edit takes; 0 for no limit
+  std::vector<std::string> items;  // of a list or combo box
+  bool enabled = true;             // false where the control cannot act now
 };
+
+// The item of a list or combo box that a text selects: the first one equal to it, -1 for none.
+int32_t ItemIndex(const std::vector<std::string>& items, const std::string& text);
 
 // A dialog or property sheet as logic: pages of controls whose texts the host reads and sets,
 // and the two buttons. Pressing OK may refuse (after telling the user why through the host);
-// the sheet then stays open.
+// the sheet then stays open. Pages and controls may change after SetText and PressOk.
 class Sheet {
  public:
   virtual ~Sheet() = default;
