@@ -1,10 +1,13 @@
 // Exported functions of list display and sort definitions: a host's columns, their widths and
 // the first sort field. Only the sheet touches the last error.
+#include "dialogs/option_sheet.h"
 #include "engine/api/api_frame.h"
 #include "listing/list_columns.h"
+#include "ui/host.h"
 #include "verdal.h"
 
 using namespace verdal;
+using api::Judge;
 using engine::TDBManager;
 
 extern "C" {
@@ -57,6 +60,18 @@ VERDAL_API int32_t VERDAL_SetListSortTopInfo(VerdalHandle handle, const char* na
                                                mustExist != 0, changed);
     if (changed) db.MarkDirty();
     return result;
+  });
+}
+
+VERDAL_API int32_t VERDAL_ConfigView(VerdalHandle handle, VerdalWindow window, const char* title,
+                                     const char* name, int32_t sort) {
+  return api::WithDatabase("VERDAL_ConfigView", handle, 0, Judge::kResult, [&](TDBManager& db) -> int32_t {
+    const bool confirmed = dialogs::RunListSortSheet(ui::CurrentHost(), window, title != nullptr ? title : "",
+                                                     db.lists, db.store, name != nullptr ? name : "", sort != 0);
+    db.MarkDirty();
+    if (confirmed) return 1;
+    engine::SetLastError(VERDAL_ERR_CANCELLED);
+    return 0;
   });
 }
 

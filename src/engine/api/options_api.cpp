@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <cstring>
 
+#include "dialogs/filter_dialog.h"
+#include "dialogs/option_sheet.h"
 #include "engine/api/api_frame.h"
+#include "engine/notify.h"
 #include "engine/option_kinds.h"
 #include "io/text_buffer.h"
 #include "platform/collation.h"
+#include "ui/host.h"
 #include "verdal.h"
 
 using namespace verdal;
@@ -28,6 +32,18 @@ int32_t CopyNames(const std::vector<std::string>& names, int32_t maxFields, int3
     slot[n] = '\0';
   }
   return count;
+}
+
+// Shows the sheet of an option kind; true when it was closed with OK.
+bool RunKindSheet(TDBManager& db, VerdalWindow window, int32_t kind, int32_t owner, const char* title) {
+  ui::Host& host = ui::CurrentHost();
+  if (kind == VERDAL_OPTION_FILTER) {
+    dialogs::TFilterDialog dialog(db.filters, db.store, window);
+    return host.RunSheet(window, dialog);
+  }
+  options::TBaseConfigClass* collection = engine::ConfigCollection(db, kind, owner);
+  return collection != nullptr &&
+         dialogs::RunOptionSheet(host, window, title != nullptr ? title : "", kind, *collection, db.store);
 }
 
 }  // namespace
@@ -67,6 +83,31 @@ VERDAL_API int32_t VERDAL_SetDefaultOption(VerdalHandle handle, int32_t kind, co
   return api::WithDatabase("VERDAL_SetDefaultOption", handle, 0, Judge::kLastError,
                            [&](TDBManager& db) -> int32_t {
     return engine::SetOptionDefault(db, kind, name != nullptr ? name : "", owner) ? 1 : 0;
+  });
+}
+
+VERDAL_API int32_t VERDAL_ConfigOptions(VerdalHandle handle, VerdalWindow window, int32_t kind,
+                                        int32_t owner, const char* title, const char* defaultName) {
+  return api::WithDatabase("VERDAL_ConfigOptions", handle, 0, Judge::kResult, [&](TDBManager& db) -> int32_t {
+    if (engine::ConfigCollection(db, kind, owner) == nullptr && kind != VERDAL_OPTION_FILTER &&
+        kind != VERDAL_OPTION_PRINT)
+      return 0;
+    if (defaultName != nullptr && *defaultName != '\0') engine::SetOptionDefault(db, kind, defaultName, owner);
+    if (kind == VERDAL_OPTION_PRINT) {  // printouts have no sheet of their own yet
+      db.MarkDirty();
+      return 1;
+    }
+    const bool confirmed = RunKindSheet(db, window, kind, owner, title);
+    db.MarkDirty();  // the pages work on the options directly, so a cancel keeps their changes
+    if (!confirmed) {
+      engine::SetLastError(VERDAL_ERR_CANCELLED);
+      return 0;
+    }
+    if (kind == VERDAL_OPTION_FILTER)
+      engine::NotifyChange(&db, db.store.currentCursor, VERDAL_NOTIFY_FILTERS_CHANGED, -10, 0, 0);
+    if (kind == VERDAL_OPTION_SORT)
+      engine::NotifyChange(&db, db.store.currentCursor, VERDAL_NOTIFY_LIST_OPTIONS_CHANGED, -10, 0, 0);
+    return 1;
   });
 }
 
