@@ -84,6 +84,7 @@ class SortIndex {
     entries_.reserve(count);
     numberKeys_.reserve(count * static_cast<size_t>(numbers_));
     textKeys_.reserve(count * static_cast<size_t>(texts_));
+    keyBytes_.reserve(count * static_cast<size_t>(texts_) * 64);  // a usual word sort key; more grows
   }
 
   void Add(int32_t cursor, TDBNode* node, const TDBCategoryData* place) {
@@ -96,7 +97,7 @@ class SortIndex {
       const std::optional<std::string_view> value = model::FieldValueOf(store_, place, c.fieldIndex);
       if (c.kind == KeyKind::kNumber) {
         long double key = 0;  // a missing value counts as 0
-        if (value) c.field->type.Compare(*value, *value, false, c.stringSort, true, &key, links_);
+        if (value) c.field->type.Compare(*value, std::string_view(), false, c.stringSort, true, &key, links_);
         numberKeys_.push_back(key);
       } else if (c.field->type.dataType == model::kTypeLink && links_ != nullptr && value) {
         c.field->type.CreateDisplayString(*value, shown_, true, false, links_);
@@ -108,16 +109,26 @@ class SortIndex {
   }
 
   // The entries by position. Placing each new entry before every entry equal to it is the same
-  // as a stable sort of the entries taken in reverse.
-  std::vector<SortEntry> Sorted() const {
+  // as a stable sort of the entries taken in reverse. Each entry carries the start of its first
+  // key, so that most comparisons need nothing else.
+  template <class Visit>
+  void ForEachSorted(Visit&& visit) const {
+    struct Item {
+      uint64_t prefix;
+      uint32_t index;
+    };
     const size_t n = entries_.size();
-    std::vector<uint32_t> order(n);
-    for (size_t i = 0; i < n; ++i) order[i] = static_cast<uint32_t>(n - 1 - i);
-    std::stable_sort(order.begin(), order.end(), [this](uint32_t a, uint32_t b) { return Less(a, b); });
-    std::vector<SortEntry> sorted;
-    sorted.reserve(n);
-    for (uint32_t i : order) sorted.push_back(entries_[i]);
-    return sorted;
+    const size_t skip = CommonTextStart();
+    std::vector<Item> order(n);
+    for (size_t i = 0; i < n; ++i) {
+      const auto index = static_cast<uint32_t>(n - 1 - i);
+      order[i] = Item{columns_.empty() ? 0 : Prefix(index, skip), index};
+    }
+    std::stable_sort(order.begin(), order.end(), [this](const Item& a, const Item& b) {
+      if (a.prefix != b.prefix) return a.prefix < b.prefix;
+      return Less(a.index, b.index);
+    });
+    for (const Item& item : order) visit(entries_[item.index]);
   }
 
  private:
@@ -132,6 +143,44 @@ class SortIndex {
     const int r = std::memcmp(keyBytes_.data() + a.offset, keyBytes_.data() + b.offset, std::min(a.length, b.length));
     if (r != 0) return r < 0 ? -1 : 1;
     return (a.length > b.length) - (a.length < b.length);
+  }
+
+  // A number that orders entries as the first key does, or puts them level where only the whole
+  // keys can tell: never in the other order.
+  // The bytes every first text key begins with ("Name 1", "Name 2", ...): prefixes start behind
+  // them, or they would all be the same.
+  size_t CommonTextStart() const {
+    const SortColumn& c = columns_.empty() ? SortColumn() : columns_.front();
+    if (c.kind != KeyKind::kText || entries_.empty()) return 0;
+    const TextRef& first = textKeys_[c.slot];
+    size_t common = first.length;
+    for (size_t i = 1; i < entries_.size() && common > 0; ++i) {
+      const TextRef& t = textKeys_[i * texts_ + c.slot];
+      const char* a = keyBytes_.data() + first.offset;
+      const char* b = keyBytes_.data() + t.offset;
+      size_t k = 0;
+      const size_t limit = std::min<size_t>(common, t.length);
+      while (k < limit && a[k] == b[k]) ++k;
+      common = k;
+    }
+    return common;
+  }
+
+  uint64_t Prefix(uint32_t index, size_t skip) const {
+    const SortColumn& c = columns_.front();
+    uint64_t prefix = 0;
+    if (c.kind == KeyKind::kNumber) {
+      double d = static_cast<double>(numberKeys_[index * numbers_ + c.slot]);  // rounding keeps the order
+      if (d == 0 || d != d) d = 0;  // -0 equals 0; no order holds for NaN
+      std::memcpy(&prefix, &d, sizeof prefix);
+      prefix = (prefix >> 63) != 0 ? ~prefix : prefix | (uint64_t{1} << 63);
+    } else {
+      const TextRef& t = textKeys_[index * texts_ + c.slot];
+      const char* key = keyBytes_.data() + t.offset + skip;
+      const size_t length = std::min<size_t>(t.length - skip, 8);
+      for (size_t i = 0; i < 8; ++i) prefix = prefix << 8 | (i < length ? static_cast<uint8_t>(key[i]) : 0);
+    }
+    return c.ascending ? prefix : ~prefix;
   }
 
   bool Less(uint32_t a, uint32_t b) const {
@@ -178,7 +227,7 @@ void SortChildren(model::NodeStore& store, TDBNode* node, const TListSortAndDisp
     else
       ordered.push_back(child);
   }
-  for (const SortEntry& e : index.Sorted()) ordered.push_back(e.node);
+  index.ForEachSorted([&](const SortEntry& e) { ordered.push_back(e.node); });
   children.swap(ordered);
 }
 
@@ -189,14 +238,14 @@ SortResult RunFlatSort(model::NodeStore& store, TListSortAndDisplayFieldInfo def
   if (definition.items.empty()) return SortResult::kNoFields;
   TDBNode* start = StartNode(store, definition.startCursor);
   if (start == nullptr) return SortResult::kNoStart;
-  std::vector<int32_t> list;
+  std::vector<const TDBCategoryData*> list;
   model::CollectPlaces(store, start, list, model::kKindRecords, true, false, nullptr, false);
   SortIndex index(store, definition, links);
   index.Reserve(list.size());
-  for (int32_t cursor : list) index.Add(cursor, nullptr, model::LookupPlace(store, cursor));
+  for (const TDBCategoryData* place : list) index.Add(place->cursor, nullptr, place);
   out.clear();
   out.reserve(list.size());
-  for (const SortEntry& e : index.Sorted()) out.push_back(e.cursor);
+  index.ForEachSorted([&](const SortEntry& e) { out.push_back(e.cursor); });
   return SortResult::kSorted;
 }
 
@@ -207,7 +256,7 @@ void SortList(model::NodeStore& store, TListSortAndDisplayFieldInfo definition, 
   index.Reserve(static_cast<size_t>(count));
   for (int32_t i = 0; i < count; ++i) index.Add(cursors[i], nullptr, model::LookupPlace(store, cursors[i]));
   int32_t i = 0;
-  for (const SortEntry& e : index.Sorted()) cursors[i++] = e.cursor;
+  index.ForEachSorted([&](const SortEntry& e) { cursors[i++] = e.cursor; });
 }
 
 SortResult RunTreeSort(model::NodeStore& store, TListSortAndDisplayFieldInfo definition,
@@ -227,7 +276,7 @@ SortResult RunTreeSort(model::NodeStore& store, TListSortAndDisplayFieldInfo def
     for (auto it = children.rbegin(); it != children.rend(); ++it) pending.push_back(*it);
   }
   model::RefreshPositions(store);
-  model::RebuildViews(store);
+  model::FollowMainView(store);
   return SortResult::kSorted;
 }
 

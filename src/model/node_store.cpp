@@ -233,14 +233,18 @@ void DropData(NodeStore& store, int32_t dataId, bool onlyIfUnreferenced) {
 
 void RefreshPositions(NodeStore& store) { store.MainView().Compact(true); }
 
-void RebuildViews(NodeStore& store) {
-  std::vector<TDBCategoryData*> list;
-  list.reserve(store.places.Count());
-  store.places.ForEach([&](int32_t, TDBCategoryData* place) {
-    if (place->tag == kObjectTag) list.push_back(place);
-  });
-  for (auto& view : store.views) view->Clear();
-  AttachPlaces(store, list, false);
+void FollowMainView(NodeStore& store) {
+  if (store.views.size() > 1) {
+    std::vector<TDBCategoryData*> list;
+    list.reserve(store.places.Count());
+    store.places.ForEach([&](int32_t, TDBCategoryData* place) {
+      if (place->tag == kObjectTag) list.push_back(place);
+    });
+    for (size_t v = 1; v < store.views.size(); ++v) {
+      store.views[v]->Clear();
+      AttachPlacesToView(store, static_cast<int32_t>(v), list, false);
+    }
+  }
   Renumber(store);
 }
 

@@ -100,9 +100,9 @@ void AttachPlacesToView(NodeStore& store, int32_t viewIndex, const std::vector<T
 // built from positions comes out in the same order.
 void RefreshPositions(NodeStore& store);
 
-// Every view built anew from the places and their positions, as a load builds them: after the
-// main tree's order was changed and written into the positions.
-void RebuildViews(NodeStore& store);
+// After the main tree's children were put in a new order and their positions written: every other
+// view is built anew from the positions, as a load builds it, and all are numbered.
+void FollowMainView(NodeStore& store);
 
 // A record's title or a category's shown name; empty for no place.
 std::string_view NodeName(NodeStore& store, const TDBCategoryData* place);

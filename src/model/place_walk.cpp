@@ -72,15 +72,18 @@ void PlaceFilter::Prefetch(const TDBDataRecord& record) const {
   PrefetchBytes(record.values.SlotOfTitle(), 4 * RecordValues::kSlotBytes);
 }
 
-void CollectPlaces(NodeStore& /*store*/, TDBNode* start, std::vector<int32_t>& list, int32_t kinds,
-                   bool recurse, bool onlyExpanded, PlaceFilter* filter, bool includeStart) {
+namespace {
+
+template <class Take>
+void Collect(TDBNode* start, int32_t kinds, bool recurse, bool onlyExpanded, PlaceFilter* filter,
+             bool includeStart, Take&& take) {
   if (start == nullptr) return;
   auto enters = [&](const TDBNode* n) { return n->expanded || !onlyExpanded || kinds == kKindRecords; };
   auto tryTake = [&](const TDBNode* n) __attribute__((always_inline)) {
     const TDBCategoryData* place = n->place;
     if (place == nullptr || place->temporary || !KindMatches(kinds, place->isCategory)) return;
     if (filter != nullptr && !filter->Accepts(*place)) return;
-    list.push_back(place->cursor);
+    take(place);
   };
   if (includeStart && start->cursor >= 0) tryTake(start);
   if (!enters(start)) return;
@@ -91,6 +94,20 @@ void CollectPlaces(NodeStore& /*store*/, TDBNode* start, std::vector<int32_t>& l
         return recurse && enters(child);
       },
       filter != nullptr, [filter](const TDBDataRecord& record) { filter->Prefetch(record); });
+}
+
+}  // namespace
+
+void CollectPlaces(NodeStore& /*store*/, TDBNode* start, std::vector<int32_t>& list, int32_t kinds,
+                   bool recurse, bool onlyExpanded, PlaceFilter* filter, bool includeStart) {
+  Collect(start, kinds, recurse, onlyExpanded, filter, includeStart,
+          [&](const TDBCategoryData* place) { list.push_back(place->cursor); });
+}
+
+void CollectPlaces(NodeStore& /*store*/, TDBNode* start, std::vector<const TDBCategoryData*>& list,
+                   int32_t kinds, bool recurse, bool onlyExpanded, PlaceFilter* filter, bool includeStart) {
+  Collect(start, kinds, recurse, onlyExpanded, filter, includeStart,
+          [&](const TDBCategoryData* place) { list.push_back(place); });
 }
 
 int32_t FindByValue(NodeStore& store, int32_t fieldIndex, const char* value, bool asStored,

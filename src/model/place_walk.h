@@ -31,6 +31,9 @@ enum PlaceKinds : int32_t { kKindCategories = 1, kKindRecords = 2, kKindBoth = 3
 // taken. With includeStart, a start node with a real cursor is tried first.
 void CollectPlaces(NodeStore& store, TDBNode* start, std::vector<int32_t>& list, int32_t kinds,
                    bool recurse, bool onlyExpanded, PlaceFilter* filter, bool includeStart);
+// The same, giving the places themselves.
+void CollectPlaces(NodeStore& store, TDBNode* start, std::vector<const TDBCategoryData*>& list,
+                   int32_t kinds, bool recurse, bool onlyExpanded, PlaceFilter* filter, bool includeStart);
 
 // Brings a value of a field to its stored form; the field's data type knows how.
 using StoredForm = std::function<std::string(int32_t fieldIndex, std::string_view value)>;

@@ -170,9 +170,17 @@ void AppendSortKey(std::string_view text, bool stringSort, std::string& key) {
   const size_t at = key.size();
   // A key ends in its one zero byte, so a word sort's two keys in a row compare as the word sort
   // does: without hyphens and apostrophes first, with them only between otherwise equal texts.
-  if (stringSort ? AppendKey(coll, text, false, key)
-                 : AppendKey(coll, text, true, key) && AppendKey(coll, text, false, key))
-    return;
+  if (stringSort) {
+    if (AppendKey(coll, text, false, key)) return;
+  } else if (AppendKey(coll, text, true, key)) {
+    // Without hyphens and apostrophes both keys are the same.
+    if (text.find_first_of("-'") == std::string_view::npos) {
+      const size_t length = key.size() - at;
+      key.append(key, at, length);
+      return;
+    }
+    if (AppendKey(coll, text, false, key)) return;
+  }
   key.resize(at);
   key.append(text);
 }
