@@ -3,6 +3,7 @@
 // added, changed, moved, sought and deleted, views, tree walks, child lists, filters, passwords,
 // saves and loads, and a notification callback that calls back in when the input says so.
 // After each call the harness checks what the interface promises a host; a broken promise traps.
+#include <algorithm>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -244,7 +245,7 @@ void Step(State& st) {
     return;
   }
   VerdalHandle db = s.db;
-  switch (op % 28) {
+  switch (op % 29) {
     case 0: AddFieldOp(in, s); break;
     case 1: {
       int32_t parent = PickCursor(in, s);
@@ -463,6 +464,27 @@ void Step(State& st) {
       Slot& t = st.slots[in.Byte() % kSlots];
       if (Alive(t.db) && VERDAL_MoveOptions(db, t.db) == 1)
         CHECK(VERDAL_NumOptions(t.db, kind, owner) == count);
+      // Without a user interface every sheet answers as cancelled.
+      if (in.Bit()) CHECK(VERDAL_ConfigOptions(db, nullptr, kind, owner, "x", "") == (kind == 2 ? 1 : 0));
+      if (in.Bit()) CHECK(VERDAL_ConfigView(db, nullptr, "x", kNames[in.Byte() % 4], in.Bit()) == 0);
+      break;
+    }
+    case 28: {  // sorts: a flat sort gives every record once; a tree sort keeps every child
+      const char* name = kNames[in.Byte() % (sizeof kNames / sizeof *kNames)];
+      int32_t count = -1, *array = nullptr;
+      if (VERDAL_SortFlat(db, name, &count, &array) == 1 && array != nullptr) {
+        std::vector<int32_t> sorted(array, array + count);
+        VERDAL_GetCategoryDeleteChildList(array);
+        int32_t all = 0, *records = nullptr;
+        CHECK(VERDAL_GetCategoryChildList(db, -2, 0, 0, 1, 0, &all, &records, 2, nullptr, 0) == 1);
+        std::vector<int32_t> below(records, records + all);
+        VERDAL_GetCategoryDeleteChildList(records);
+        std::sort(sorted.begin(), sorted.end());
+        std::sort(below.begin(), below.end());
+        CHECK(sorted == below);
+      }
+      if (in.Bit()) VERDAL_Sort(db, name);
+      else VERDAL_SortCategories(db, in.Bit(), in.Bit(), in.Bit(), PickCursor(in, s), 0, nullptr);
       break;
     }
   }

@@ -14,7 +14,7 @@ namespace verdal {
 inline void CopyCut(char* target, size_t size, std::string_view text) {
   if (target == nullptr || size == 0) return;
   const size_t n = text.size() < size - 1 ? text.size() : size - 1;
-  std::memcpy(target, text.data(), n);
+  if (n > 0) std::memcpy(target, text.data(), n);
   target[n] = '\0';
 }
 
