@@ -9,6 +9,7 @@
 #include "listing/sort_run.h"
 #include "model/store_builder.h"
 #include "platform/collation.h"
+#include "platform/environment_scope.h"
 
 namespace verdal::listing {
 
@@ -60,14 +61,21 @@ TEST(SortRun, AListOfCursorsSortsByTitlesWithTiesReversedAndAStartBelowTheRoot) 
   EXPECT_EQ(RunTreeSort(b.store, byTitle, nullptr), SortResult::kNoFields);
 }
 
-TEST(SortRun, CollationKeysOrderAsTheComparisonsTheyStandFor) {
-  const std::vector<std::string> texts = {"", "co-op", "coop", "cop", "Co-op", "a'b", "ab", "\xC4rger", "Arg",
-                                          "stra\xDF" "e", "Strasse", "10", "9", "-", "zz", "Zz", "\xE9t\xE9", "ete"};
-  for (const auto& a : texts)
-    for (const auto& b : texts) {
-      EXPECT_EQ(KeyOrder(a, b, false), platform::CompareWordSort(a, b)) << a << " / " << b;
-      EXPECT_EQ(KeyOrder(a, b, true), platform::CompareStringSort(a, b)) << a << " / " << b;
-    }
+TEST(SortRun, CollationKeysOrderAsTheComparisonsTheyStandForInGermanAndEnglish) {
+  EnvironmentScope scope({"LC_ALL"});
+  for (const char* locale : {"de_DE.UTF-8", "en_US.UTF-8"}) {
+    SCOPED_TRACE(locale);
+    setenv("LC_ALL", locale, 1);
+    platform::ResetCollation();
+    const std::vector<std::string> texts = {"", "co-op", "coop", "cop", "Co-op", "a'b", "ab", "\xC4rger", "Arg",
+                                            "stra\xDF" "e", "Strasse", "10", "9", "-", "zz", "Zz", "\xE9t\xE9", "ete"};
+    for (const auto& a : texts)
+      for (const auto& b : texts) {
+        EXPECT_EQ(KeyOrder(a, b, false), platform::CompareWordSort(a, b)) << a << " / " << b;
+        EXPECT_EQ(KeyOrder(a, b, true), platform::CompareStringSort(a, b)) << a << " / " << b;
+      }
+  }
+  platform::ResetCollation();
 }
 
 }  // namespace verdal::listing
