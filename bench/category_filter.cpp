@@ -14,12 +14,12 @@
 #include <sqlite3.h>
 #endif
 
+#include "support/best_time.h"
 #include "support/big_database.h"
 #include "verdal.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 constexpr int kRecords = 1000000;
 
 // The filter, which is case-sensitive (flags 0), and the one that means what SQLite's
@@ -28,7 +28,6 @@ const char* const kContains = "\\eval{Name|*=|\"ab\"|0}";
 const char* const kContainsAnyCase = "\\eval{Name|*=|\"ab\"|4}";
 const char* const kRange = "\\eval{Preis|>=|100|0} and \\eval{Preis|<|200|0}";
 
-std::map<std::string, double> g_seconds;
 
 // Names of which about one in three holds "ab" in some letter case; prices from 0 to 999.
 std::string NameOf(int i) {
@@ -62,18 +61,6 @@ VerdalHandle Loaded() {
   return db;
 }
 
-template <class Step>
-void Timed(benchmark::State& state, const std::string& name, Step&& step) {
-  for (auto _ : state) {
-    auto start = Clock::now();
-    int64_t found = step();
-    double seconds = std::chrono::duration<double>(Clock::now() - start).count();
-    state.SetIterationTime(seconds);
-    state.counters["rows"] = static_cast<double>(found);
-    auto it = g_seconds.find(name);
-    if (it == g_seconds.end() || seconds < it->second) g_seconds[name] = seconds;
-  }
-}
 
 int64_t ChildList(const char* filter, VerdalHandle db = Big()) {
   int32_t count = 0;
@@ -87,19 +74,19 @@ int64_t ChildList(const char* filter, VerdalHandle db = Big()) {
 // Each database is built before the clock runs.
 void BM_VerdalContains(benchmark::State& s) {
   Big();
-  Timed(s, "verdal contains", [] { return ChildList(kContains); });
+  bench_support::Timed(s, "verdal contains", [] { return ChildList(kContains); });
 }
 void BM_VerdalContainsAnyCase(benchmark::State& s) {
   Big();
-  Timed(s, "verdal contains any case", [] { return ChildList(kContainsAnyCase); });
+  bench_support::Timed(s, "verdal contains any case", [] { return ChildList(kContainsAnyCase); });
 }
 void BM_VerdalRange(benchmark::State& s) {
   Big();
-  Timed(s, "verdal range", [] { return ChildList(kRange); });
+  bench_support::Timed(s, "verdal range", [] { return ChildList(kRange); });
 }
 void BM_VerdalRangeLoaded(benchmark::State& s) {
   if (Loaded() == 0) return s.SkipWithError("the saved database did not load");
-  Timed(s, "verdal range, loaded", [] { return ChildList(kRange, Loaded()); });
+  bench_support::Timed(s, "verdal range, loaded", [] { return ChildList(kRange, Loaded()); });
 }
 
 #if VERDAL_HAVE_SQLITE
@@ -138,11 +125,11 @@ int64_t Select(const char* sql) {
 
 void BM_SqliteContains(benchmark::State& s) {
   Peer();
-  Timed(s, "sqlite contains", [] { return Select("SELECT id FROM records WHERE upper(name) LIKE '%AB%'"); });
+  bench_support::Timed(s, "sqlite contains", [] { return Select("SELECT id FROM records WHERE upper(name) LIKE '%AB%'"); });
 }
 void BM_SqliteRange(benchmark::State& s) {
   Peer();
-  Timed(s, "sqlite range", [] { return Select("SELECT id FROM records WHERE preis >= 100 AND preis < 200"); });
+  bench_support::Timed(s, "sqlite range", [] { return Select("SELECT id FROM records WHERE preis >= 100 AND preis < 200"); });
 }
 BENCHMARK(BM_SqliteContains)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
 BENCHMARK(BM_SqliteRange)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
@@ -153,11 +140,6 @@ BENCHMARK(BM_VerdalContainsAnyCase)->UseManualTime()->Unit(benchmark::kMilliseco
 BENCHMARK(BM_VerdalRange)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
 BENCHMARK(BM_VerdalRangeLoaded)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
 
-void Ratio(const char* what, const char* ours, const char* peer) {
-  if (g_seconds.count(ours) && g_seconds.count(peer))
-    std::printf("%-24s %8.1f ms / %8.1f ms = %5.2f\n", what, g_seconds[ours] * 1e3, g_seconds[peer] * 1e3,
-                g_seconds[ours] / g_seconds[peer]);
-}
 
 }  // namespace
 
@@ -165,10 +147,10 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
   std::printf("\nRatios (our time / SQLite time, best of 5):\n");
-  Ratio("contains \"ab\", flags 0", "verdal contains", "sqlite contains");
-  Ratio("contains \"ab\", flags 4", "verdal contains any case", "sqlite contains");
-  Ratio("number range", "verdal range", "sqlite range");
-  Ratio("number range, loaded", "verdal range, loaded", "sqlite range");
+  bench_support::PrintRatio("contains \"ab\", flags 0", "verdal contains", "sqlite contains");
+  bench_support::PrintRatio("contains \"ab\", flags 4", "verdal contains any case", "sqlite contains");
+  bench_support::PrintRatio("number range", "verdal range", "sqlite range");
+  bench_support::PrintRatio("number range, loaded", "verdal range, loaded", "sqlite range");
   if (!g_loadedFile.empty()) std::filesystem::remove(g_loadedFile);
   benchmark::Shutdown();
   return 0;

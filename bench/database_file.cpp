@@ -20,6 +20,7 @@
 #include <sqlite3.h>
 #endif
 
+#include "support/best_time.h"
 #include "support/big_database.h"
 #include "verdal.h"
 
@@ -29,7 +30,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kRecords = 1000000;
 
-std::map<std::string, double> g_seconds;  // the best time of each step
+std::map<std::string, double>& g_seconds = bench_support::BestSeconds();  // the best time of each step
 std::map<std::string, double> g_peakBytes;
 
 std::string Folder() {
@@ -58,17 +59,6 @@ long StatusKb(const char* key) {
   return 0;
 }
 
-template <class Step>
-void Timed(benchmark::State& state, const std::string& name, Step&& step) {
-  for (auto _ : state) {
-    auto start = Clock::now();
-    step();
-    double seconds = std::chrono::duration<double>(Clock::now() - start).count();
-    state.SetIterationTime(seconds);
-    auto it = g_seconds.find(name);
-    if (it == g_seconds.end() || seconds < it->second) g_seconds[name] = seconds;
-  }
-}
 
 std::string FileFor(const char* kind) { return Folder() + "/" + kind + ".dbd"; }
 
@@ -76,7 +66,7 @@ void Save(benchmark::State& state, const char* kind, const char* password, int c
   VerdalHandle db = Big();
   VERDAL_SetPWDAndCompression(db, password, compress);
   std::string name = FileFor(kind);
-  Timed(state, std::string("save ") + kind, [&] { VERDAL_Save(db, name.c_str()); });
+  bench_support::Timed(state, std::string("save ") + kind, [&] { VERDAL_Save(db, name.c_str()); });
   state.counters["MB"] = static_cast<double>(std::filesystem::file_size(name)) / 1e6;
 }
 
@@ -183,7 +173,7 @@ void BM_LoadBoth(benchmark::State& s) { Load(s, "both", "geheim"); }
 void BM_RawWrite(benchmark::State& state) {
   std::vector<char> bytes(std::filesystem::file_size(FileFor("plain")), 'x');
   std::string name = Folder() + "/raw.bin";
-  Timed(state, "raw write", [&] {
+  bench_support::Timed(state, "raw write", [&] {
     int fd = ::open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     if (::write(fd, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) state.SkipWithError("write");
     ::fsync(fd);
@@ -194,7 +184,7 @@ void BM_RawWrite(benchmark::State& state) {
 void BM_RawRead(benchmark::State& state) {
   std::string name = FileFor("plain");
   std::vector<char> bytes(std::filesystem::file_size(name));
-  Timed(state, "raw read", [&] {
+  bench_support::Timed(state, "raw read", [&] {
     int fd = ::open(name.c_str(), O_RDONLY);
     if (::read(fd, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) state.SkipWithError("read");
     ::close(fd);
@@ -207,7 +197,7 @@ void BM_RawRead(benchmark::State& state) {
 void BM_RawReadNew(benchmark::State& state) {
   std::string name = FileFor("plain");
   const size_t size = std::filesystem::file_size(name);
-  Timed(state, "raw read into new memory", [&] {
+  bench_support::Timed(state, "raw read into new memory", [&] {
     char* bytes = static_cast<char*>(std::malloc(size));  // large: mapped afresh, given back at free
     int fd = ::open(name.c_str(), O_RDONLY);
     if (bytes == nullptr || ::read(fd, bytes, size) != static_cast<ssize_t>(size)) state.SkipWithError("read");
@@ -238,7 +228,7 @@ void BM_SqliteSave(benchmark::State& state) {
     rows.push_back(std::move(row));
   }
   std::string name = Folder() + "/peer.sqlite";
-  Timed(state, "sqlite save", [&] {
+  bench_support::Timed(state, "sqlite save", [&] {
     std::filesystem::remove(name);
     sqlite3* s = nullptr;
     sqlite3_open(name.c_str(), &s);
@@ -293,7 +283,7 @@ double SqliteLoadSeconds(const std::string& name) {
 
 void BM_SqliteLoad(benchmark::State& state) {
   std::string name = Folder() + "/peer.sqlite";
-  Timed(state, "sqlite load", [&] { SqliteLoadSeconds(name); });
+  bench_support::Timed(state, "sqlite load", [&] { SqliteLoadSeconds(name); });
 }
 
 void BM_SqliteLoadFresh(benchmark::State& state) {

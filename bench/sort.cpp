@@ -14,14 +14,13 @@
 #include <sqlite3.h>
 #endif
 
+#include "support/best_time.h"
 #include "support/big_database.h"
 #include "verdal.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 constexpr int kRecords = 1000000;
-std::map<std::string, double> g_seconds;
 
 // Mostly distinct names, prices with many ties, dates over about 250 years.
 std::string NameOf(int i) { return "Name " + std::to_string(i * 7919LL % 1000003); }
@@ -50,18 +49,6 @@ VerdalHandle Big() {
   return db;
 }
 
-template <class Step>
-void Timed(benchmark::State& state, const std::string& name, Step&& step) {
-  for (auto _ : state) {
-    auto start = Clock::now();
-    int64_t rows = step();
-    double seconds = std::chrono::duration<double>(Clock::now() - start).count();
-    state.SetIterationTime(seconds);
-    state.counters["rows"] = static_cast<double>(rows);
-    auto it = g_seconds.find(name);
-    if (it == g_seconds.end() || seconds < it->second) g_seconds[name] = seconds;
-  }
-}
 
 int64_t FlatSort(const char* name) {
   int32_t count = 0, *cursors = nullptr;
@@ -72,15 +59,15 @@ int64_t FlatSort(const char* name) {
 
 void BM_VerdalFlatNamePrice(benchmark::State& s) {
   Big();
-  Timed(s, "verdal name, price", [] { return FlatSort("Name, Preis"); });
+  bench_support::Timed(s, "verdal name, price", [] { return FlatSort("Name, Preis"); });
 }
 void BM_VerdalFlatDateDescending(benchmark::State& s) {
   Big();
-  Timed(s, "verdal date desc", [] { return FlatSort("Datum ab"); });
+  bench_support::Timed(s, "verdal date desc", [] { return FlatSort("Datum ab"); });
 }
 void BM_VerdalTreeNamePrice(benchmark::State& s) {
   Big();
-  Timed(s, "verdal tree name, price", [] { return static_cast<int64_t>(VERDAL_Sort(Big(), "Name, Preis")); });
+  bench_support::Timed(s, "verdal tree name, price", [] { return static_cast<int64_t>(VERDAL_Sort(Big(), "Name, Preis")); });
 }
 
 #if VERDAL_HAVE_SQLITE
@@ -121,11 +108,11 @@ int64_t Select(const char* sql) {
 
 void BM_SqliteNamePrice(benchmark::State& s) {
   Peer();
-  Timed(s, "sqlite name, price", [] { return Select("SELECT id FROM t ORDER BY name, preis"); });
+  bench_support::Timed(s, "sqlite name, price", [] { return Select("SELECT id FROM t ORDER BY name, preis"); });
 }
 void BM_SqliteDateDescending(benchmark::State& s) {
   Peer();
-  Timed(s, "sqlite date desc", [] { return Select("SELECT id FROM t ORDER BY datum DESC"); });
+  bench_support::Timed(s, "sqlite date desc", [] { return Select("SELECT id FROM t ORDER BY datum DESC"); });
 }
 BENCHMARK(BM_SqliteNamePrice)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_SqliteDateDescending)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
@@ -135,11 +122,6 @@ BENCHMARK(BM_VerdalFlatNamePrice)->UseManualTime()->Unit(benchmark::kMillisecond
 BENCHMARK(BM_VerdalFlatDateDescending)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_VerdalTreeNamePrice)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 
-void Ratio(const char* what, const char* ours, const char* peer) {
-  if (g_seconds.count(ours) && g_seconds.count(peer))
-    std::printf("%-32s %8.1f ms / %8.1f ms = %5.2f\n", what, g_seconds[ours] * 1e3, g_seconds[peer] * 1e3,
-                g_seconds[ours] / g_seconds[peer]);
-}
 
 // Resident and peak resident kilobytes of the process.
 long StatusKb(const char* key) {
@@ -168,9 +150,9 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
   std::printf("\nRatios (best of 3):\n");
-  Ratio("flat (name, price) / sqlite", "verdal name, price", "sqlite name, price");
-  Ratio("flat (date desc) / sqlite", "verdal date desc", "sqlite date desc");
-  Ratio("tree (name, price) / flat", "verdal tree name, price", "verdal name, price");
+  bench_support::PrintRatio("flat (name, price) / sqlite", "verdal name, price", "sqlite name, price", 32);
+  bench_support::PrintRatio("flat (date desc) / sqlite", "verdal date desc", "sqlite date desc", 32);
+  bench_support::PrintRatio("tree (name, price) / flat", "verdal tree name, price", "verdal name, price", 32);
   PeakOfFlatSort("Name, Preis");
   PeakOfFlatSort("Datum ab");
   benchmark::Shutdown();
