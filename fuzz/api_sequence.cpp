@@ -85,28 +85,48 @@ int32_t PickCursor(Input& in, const Slot& s) {
 
 int32_t PickField(Input& in) { return static_cast<int32_t>(in.Byte() % 7) - 1; }
 
-int32_t OnNotify(intptr_t, VerdalNotification* n) {
-  if (g_reentry.reason == 0 || n->reason != g_reentry.reason) return 1;
-  int32_t action = g_reentry.action;
-  g_reentry.reason = 0;
-  VerdalHandle db = static_cast<VerdalHandle>(n->database);
-  ++g_reentry.done;
+// What a host callback may do to the engine that called it.
+void Reenter(VerdalHandle db, int32_t cursor, int32_t action) {
   switch (action % 8) {
     case 0: VERDAL_CloseDB(db); break;
     case 1: VERDAL_CloseAllDBs(); break;
     case 2: VERDAL_EmptyData(db, action & 8); break;
-    case 3: VERDAL_DeleteRecord(db, n->cursor, action & 6, 1, nullptr, 1); break;
-    case 4: VERDAL_AddRecord(db, n->cursor, "inner", 0, nullptr, -1, 0, nullptr); break;
-    case 5: VERDAL_SetData(db, 0, "inner", n->cursor, 1, nullptr, nullptr); break;
+    case 3: VERDAL_DeleteRecord(db, cursor, action & 6, 1, nullptr, 1); break;
+    case 4: VERDAL_AddRecord(db, cursor, "inner", 0, nullptr, -1, 0, nullptr); break;
+    case 5: VERDAL_SetData(db, 0, "inner", cursor, 1, nullptr, nullptr); break;
     case 6: VERDAL_Load(db, nullptr, 0); break;
-    case 7: --g_reentry.done; return 0;  // a veto
+    case 7: VERDAL_SortCategories(db, action & 16, 1, 0, -2, 0, nullptr); break;
   }
+}
+
+int32_t OnNotify(intptr_t, VerdalNotification* n) {
+  if (g_reentry.reason == 0 || n->reason != g_reentry.reason) return 1;
+  int32_t action = g_reentry.action;
+  g_reentry.reason = 0;
+  ++g_reentry.done;
+  if (action % 9 == 8) {  // a veto
+    --g_reentry.done;
+    return 0;
+  }
+  Reenter(static_cast<VerdalHandle>(n->database), n->cursor, action);
   return 1;
 }
 
+// A tree walk whose callback, at one node, calls back into the engine.
+struct TreeWalk {
+  std::vector<int32_t> visits;
+  VerdalHandle db;
+  size_t reenterAt;
+  int32_t action;
+};
+
 intptr_t OnTreeNode(intptr_t seed, int32_t cursor, int32_t, int32_t, intptr_t user) {
-  auto* visits = reinterpret_cast<std::vector<int32_t>*>(user);
-  visits->push_back(cursor);
+  auto* walk = reinterpret_cast<TreeWalk*>(user);
+  walk->visits.push_back(cursor);
+  if (walk->visits.size() == walk->reenterAt) {
+    ++g_reentry.done;
+    Reenter(walk->db, cursor, walk->action);
+  }
   return seed + 1;
 }
 
@@ -331,10 +351,11 @@ void Step(State& st) {
     }
     case 9: VERDAL_CreateView(db, in.Bit() ? Text(in) : nullptr, static_cast<int32_t>(in.Byte() % 5)); break;
     case 10: {
-      std::vector<int32_t> visits;
+      const uint8_t b = in.Byte();
+      TreeWalk walk{{}, db, (b & 1) ? static_cast<size_t>(b >> 4) + 1 : 0, in.Byte()};
       int32_t view = static_cast<int32_t>(in.Byte() % 4);
       int32_t start = in.Bit() ? -1 : PickCursor(in, s);
-      VERDAL_BuildCategoryTree(db, 0, OnTreeNode, reinterpret_cast<intptr_t>(&visits), view, start);
+      VERDAL_BuildCategoryTree(db, 0, OnTreeNode, reinterpret_cast<intptr_t>(&walk), view, start);
       break;
     }
     case 11: {
