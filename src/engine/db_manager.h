@@ -77,6 +77,8 @@ class TDBManager : public storage::StoredDatabase {
   bool closeRequested = false;
   bool emptyRequested = false;
   bool emptyKeepsDefinitions = true;
+  // Option and list sheets at work on this database (OptionSheetOpen).
+  int32_t openSheets = 0;
 
   SqlLink sqlLink;
   ImportLink importLink;

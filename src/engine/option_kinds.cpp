@@ -1,5 +1,6 @@
 #include "engine/option_kinds.h"
 
+#include "engine/last_error.h"
 #include "model/fields.h"
 #include "options/option_containers.h"
 
@@ -78,6 +79,12 @@ void CopyOptions(const TDBManager& source, TDBManager& target) {
   target.filters.CopyFrom(source.filters);
   target.options = source.options;
   target.defaultPrintOption = source.defaultPrintOption;
+}
+
+bool OptionSheetOpen::MayChange(TDBManager& db) {
+  if (db.openSheets == 0) return true;
+  SetLastError(VERDAL_ERR_TARGET);
+  return false;
 }
 
 }  // namespace verdal::engine

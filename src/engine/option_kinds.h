@@ -29,4 +29,20 @@ std::vector<std::string> FieldViewFields(TDBManager& db, int32_t index, int32_t 
 // Every option of every kind and the defaults, replacing those of the target.
 void CopyOptions(const TDBManager& source, TDBManager& target);
 
+// An option or list sheet at work on the database. Its pages hold the entries they show, so while
+// it runs nothing may replace or remove them: a host callback that opens another sheet on the
+// database or copies options into it is refused (code 10).
+class OptionSheetOpen {
+ public:
+  explicit OptionSheetOpen(TDBManager& db) : db_(db) { ++db_.openSheets; }
+  ~OptionSheetOpen() { --db_.openSheets; }
+  OptionSheetOpen(const OptionSheetOpen&) = delete;
+  OptionSheetOpen& operator=(const OptionSheetOpen&) = delete;
+  // False, with last error 10, while a sheet is open on the database.
+  static bool MayChange(TDBManager& db);
+
+ private:
+  TDBManager& db_;
+};
+
 }  // namespace verdal::engine

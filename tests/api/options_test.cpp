@@ -189,3 +189,30 @@ TEST(Options, AConfirmedListPageChangesColumnsAndACancelledOneLeavesThem) {
   EXPECT_EQ(VERDAL_SetListDisplayFieldInfoColWidth(db, "Liste", 2, 33), -3);
   VERDAL_CloseAllDBs();
 }
+
+TEST(Options, ASheetsPagesKeepTheirEntriesWhateverTheHostCallsMeanwhile) {
+  ScriptedUi ui;
+  VerdalHandle db = OpenMemoryDatabase();
+  VerdalHandle other = OpenMemoryDatabase();
+  AddField(db, "Ort", 0);
+  AddField(other, "Ort", 0);
+  ASSERT_EQ(VERDAL_SetListSortTopInfo(other, "Fremd", 0, 1, 0), 1);
+  std::vector<int32_t> nested;
+  ui.script = [&](const VerdalSheet* s) {
+    // Another sheet on the same database, and a copy of options over those the pages show.
+    nested.push_back(VERDAL_ConfigView(db, nullptr, "x", "Liste", 1));
+    nested.push_back(VERDAL_GetLastError());
+    nested.push_back(VERDAL_MoveOptions(other, db));
+    nested.push_back(VERDAL_GetLastError());
+    nested.push_back(VERDAL_EmptyData(db, 0));  // waits until the sheet is closed
+    Set(s, 0, "Name:", "Nach Ort");
+    Set(s, 0, "&Neu", "1");
+    s->pressOk(s);
+  };
+  EXPECT_EQ(VERDAL_ConfigOptions(db, nullptr, VERDAL_OPTION_SORT, 0, "Sortierung", ""), 1);
+  EXPECT_EQ(nested, (std::vector<int32_t>{0, VERDAL_ERR_TARGET, 0, VERDAL_ERR_TARGET, 1}));
+  EXPECT_EQ(VERDAL_NumOptions(db, VERDAL_OPTION_SORT, 0), 0);  // the deferred emptying ran at the end
+  EXPECT_EQ(VERDAL_MoveOptions(other, db), 1);  // and with the sheet closed, copies are taken again
+  EXPECT_EQ(VERDAL_NumOptions(db, VERDAL_OPTION_SORT, 0), 1);
+  VERDAL_CloseAllDBs();
+}

@@ -2,6 +2,7 @@
 // the first sort field. Only the sheet touches the last error.
 #include "dialogs/option_sheet.h"
 #include "engine/api/api_frame.h"
+#include "engine/option_kinds.h"
 #include "listing/list_columns.h"
 #include "ui/host.h"
 #include "verdal.h"
@@ -66,8 +67,13 @@ VERDAL_API int32_t VERDAL_SetListSortTopInfo(VerdalHandle handle, const char* na
 VERDAL_API int32_t VERDAL_ConfigView(VerdalHandle handle, VerdalWindow window, const char* title,
                                      const char* name, int32_t sort) {
   return api::WithDatabase("VERDAL_ConfigView", handle, 0, Judge::kResult, [&](TDBManager& db) -> int32_t {
-    const bool confirmed = dialogs::RunListSortSheet(ui::CurrentHost(), window, title != nullptr ? title : "",
-                                                     db.lists, db.store, name != nullptr ? name : "", sort != 0);
+    if (!engine::OptionSheetOpen::MayChange(db)) return 0;
+    bool confirmed = false;
+    {
+      engine::OptionSheetOpen open(db);
+      confirmed = dialogs::RunListSortSheet(ui::CurrentHost(), window, title != nullptr ? title : "", db.lists,
+                                            db.store, name != nullptr ? name : "", sort != 0);
+    }
     db.MarkDirty();
     if (confirmed) return 1;
     engine::SetLastError(VERDAL_ERR_CANCELLED);

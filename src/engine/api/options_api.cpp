@@ -97,7 +97,12 @@ VERDAL_API int32_t VERDAL_ConfigOptions(VerdalHandle handle, VerdalWindow window
       db.MarkDirty();
       return 1;
     }
-    const bool confirmed = RunKindSheet(db, window, kind, owner, title);
+    if (!engine::OptionSheetOpen::MayChange(db)) return 0;
+    bool confirmed = false;
+    {
+      engine::OptionSheetOpen open(db);
+      confirmed = RunKindSheet(db, window, kind, owner, title);
+    }
     db.MarkDirty();  // the pages work on the options directly, so a cancel keeps their changes
     if (!confirmed) {
       engine::SetLastError(VERDAL_ERR_CANCELLED);
@@ -115,7 +120,7 @@ VERDAL_API int32_t VERDAL_MoveOptions(VerdalHandle source, VerdalHandle target) 
   return api::Guarded("VERDAL_MoveOptionsEx", 0, Judge::kResult, [&]() -> int32_t {
     TDBManager* from = engine::AcceptHandle(source);
     TDBManager* to = from != nullptr ? engine::AcceptHandle(target) : nullptr;
-    if (to == nullptr) return 0;
+    if (to == nullptr || !engine::OptionSheetOpen::MayChange(*to)) return 0;
     engine::DatabaseCall callFrom(*from);
     engine::DatabaseCall callTo(*to);
     engine::CopyOptions(*from, *to);
