@@ -457,7 +457,9 @@ VERDAL_API int32_t VERDAL_SetDefaultOption(VerdalHandle db, int32_t kind, const 
  * changed afterwards either way. */
 VERDAL_API int32_t VERDAL_ConfigOptions(VerdalHandle db, VerdalWindow window, int32_t kind,
                                         int32_t owner, const char* title, const char* defaultName);
-/* Replaces every option and default of target by a copy of source's. */
+/* Replaces every option and default of target by a copy of source's. While an option or list
+ * sheet is open on target (a host callback calling in), this and another sheet on it give 0 with
+ * last error 10: the open sheet's pages hold the entries. */
 VERDAL_API int32_t VERDAL_MoveOptions(VerdalHandle source, VerdalHandle target);
 
 /* Password and compression. password buffers hold 32 bytes; compress receives 0 or 1. */
