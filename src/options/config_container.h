@@ -116,8 +116,9 @@ class TBaseConfigClassContainer : public TBaseConfigClass {
   }
 
  private:
-  // Mark, two versions, owner and two empty strings: the least a stored record takes.
-  static constexpr int64_t kMinRecordBytes = 4 * 4 + 2 * 4;
+  // Mark and two versions, then at least a count or a length: the least a stored record takes.
+  // Owner, name and comment are absent from header version 2 on, so they do not count here.
+  static constexpr int64_t kMinRecordBytes = 3 * 4 + 4;
 
   bool Visible(const T& r) const { return r.owner == -1 || r.owner == owner; }
 };

@@ -246,3 +246,27 @@ TEST(DatabaseBody, OptionsOfEveryKindRoundTripWithOwnersCommentsAndHiddenEntries
   back.options.clipboard.owner = 8;
   EXPECT_EQ(back.options.clipboard.GetCount(), 2);
 }
+
+TEST(DatabaseBody, AVersionSevenFileHoldsOnlyTheClipboardAndViewContainers) {
+  Bytes body;
+  body.I32(0).I32(0).I32(0).I16(0);
+  body.Le(kDataRecordMark, 4).I32(1).Str("").I32(0).Str("").I32(0).U8(1).Str("").I32(0);  // lists to filters
+  for (const char* name : {"Kopie", "Ansicht"}) {
+    body.Le(kDataRecordMark, 4).I32(1).Str(name).I32(1);
+    body.Le(kSectionMark, 4).I32(2).I32(1).I32(-1).Str(name).Str("");
+    if (name[0] == 'K') body.U8(1).U8(3);  // the clipboard's separators
+    body.I32(1).Str("Name");
+  }
+  body.I32(0).I32(0).I32(0).Le(kSectionMark, 4);  // no export, e-mail or replacement before these
+  engine::TDBManager db(0);
+  db.version = 7;
+  db.options.exports.Add("alt");
+  ASSERT_TRUE(ReadBodyInto(db, body));
+  EXPECT_STREQ(db.options.clipboard.GetName(0), "Kopie");
+  EXPECT_EQ(db.options.clipboard.records.at(0).fieldSeparator, 3);
+  EXPECT_EQ(db.options.fieldViews.records.at(0).fields, std::vector<std::string>{"Name"});
+  EXPECT_EQ(db.options.fieldViews.defaultName, "Ansicht");
+  EXPECT_TRUE(db.options.exports.records.empty());
+  EXPECT_TRUE(db.options.emails.records.empty());
+  EXPECT_TRUE(db.options.replacements.records.empty());
+}

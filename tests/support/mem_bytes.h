@@ -20,4 +20,12 @@ inline std::vector<uint8_t> Contents(TMemFile& f) {
   return std::vector<uint8_t>(f.Data(), f.Data() + f.GetLength());
 }
 
+// The bytes an object's Write gives.
+template <class T>
+std::vector<uint8_t> WrittenBy(T& object) {
+  TMemFile f(64);
+  object.Write(f);
+  return Contents(f);
+}
+
 }  // namespace verdal::test_support
