@@ -10,6 +10,7 @@
 
 #include "field_helpers.h"
 #include "recording_host.h"
+#include "support/sheet_controls.h"
 #include "temp_folder.h"
 #include "verdal.h"
 
@@ -34,18 +35,8 @@ struct ScriptedUi {
   ~ScriptedUi() { VERDAL_SetUserInterface(nullptr); }
 };
 
-// The id of the control with that label on that page; -1 if none.
-int32_t Control(const VerdalSheet* s, int32_t page, const char* label) {
-  for (int32_t i = 0; i < s->controlCount; ++i) {
-    VerdalControl c;
-    s->control(s, i, &c);
-    if (c.page == page && std::strcmp(c.label, label) == 0) return c.id;
-  }
-  ADD_FAILURE() << "no control " << label;
-  return -1;
-}
 void Set(const VerdalSheet* s, int32_t page, const char* label, const char* text) {
-  s->setText(s, Control(s, page, label), text);
+  s->setText(s, ControlId(s, page, label), text);
 }
 
 // On the names page: a new entry named `name`; then, where the kind has a field page, the first

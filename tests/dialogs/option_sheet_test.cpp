@@ -12,6 +12,7 @@
 #include "model/fields.h"
 #include "platform/language.h"
 #include "sheet_driver.h"
+#include "support/sheet_controls.h"
 #include "ui/callback_host.h"
 #include "ui/scripted_host.h"
 
@@ -234,16 +235,6 @@ TEST_F(OptionSheet, KindPagesWriteOnlyOnOk) {
 
 namespace {
 
-int32_t IdOf(const VerdalSheet* s, int32_t page, const char* label) {
-  for (int32_t i = 0; i < s->controlCount; ++i) {
-    VerdalControl c;
-    s->control(s, i, &c);
-    if (c.page == page && std::strcmp(c.label, label) == 0) return c.id;
-  }
-  ADD_FAILURE() << "no control " << label;
-  return -1;
-}
-
 std::vector<int32_t> g_pageCounts;
 std::vector<std::string> g_active;
 
@@ -251,17 +242,17 @@ std::vector<std::string> g_active;
 // leaves out, answers yes) and makes a new one: the pages go and come back.
 void ScriptInC(intptr_t, VerdalWindow, const VerdalSheet* s) {
   g_pageCounts.push_back(s->pageCount);
-  const int32_t add = IdOf(s, 1, "-->"), active = IdOf(s, 1, "Aktive Felder:");
+  const int32_t add = ControlId(s, 1, "-->"), active = ControlId(s, 1, "Aktive Felder:");
   EXPECT_EQ(s->enabled(s, add), 0);
-  s->setText(s, IdOf(s, 1, "Verf\xFCgbare Felder:"), "Ort");
+  s->setText(s, ControlId(s, 1, "Verf\xFCgbare Felder:"), "Ort");
   EXPECT_EQ(s->enabled(s, add), 1);
   s->setText(s, add, "");
   for (int32_t i = 0; i < s->itemCount(s, active); ++i) g_active.emplace_back(s->item(s, active, i));
   EXPECT_STREQ(s->getText(s, active), "Ort");
-  s->setText(s, IdOf(s, 0, "&L\xF6schen"), "1");
+  s->setText(s, ControlId(s, 0, "&L\xF6schen"), "1");
   g_pageCounts.push_back(s->pageCount);
-  EXPECT_EQ(s->itemCount(s, IdOf(s, 0, "")), 0);
-  s->setText(s, IdOf(s, 0, "&Neu"), "1");
+  EXPECT_EQ(s->itemCount(s, ControlId(s, 0, "")), 0);
+  s->setText(s, ControlId(s, 0, "&Neu"), "1");
   g_pageCounts.push_back(s->pageCount);
   EXPECT_EQ(s->pressOk(s), 1);
 }

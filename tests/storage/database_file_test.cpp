@@ -200,53 +200,6 @@ TEST(DatabaseBody, DamageEndsTheLoadWithoutHugeAllocations) {
   EXPECT_FALSE(load(bad));
 }
 
-TEST(DatabaseBody, OptionsOfEveryKindRoundTripWithOwnersCommentsAndHiddenEntries) {
-  engine::TDBManager db(0);
-  auto& o = db.options;
-  o.clipboard.records.resize(2);
-  o.clipboard.records[0].name = "Alle";
-  o.clipboard.records[0].fieldSeparator = 4;
-  o.clipboard.records[0].fields = {"A", "B"};
-  o.clipboard.records[1].name = "Versteckt";
-  o.clipboard.records[1].owner = 8;  // visible to owner 8 only
-  o.clipboard.defaultName = "Alle";
-  o.fieldViews.records.resize(1);
-  o.fieldViews.records[0].comment = "Kommentar mit ä";
-  o.exports.records.resize(1);
-  o.exports.records[0].definition = {0, 1, 2, 0xFF};
-  o.emails.records.resize(1);
-  o.emails.records[0].subject = "Betreff";
-  o.emails.records[0].flags = 6;
-  o.replacements.records.resize(1);
-  o.replacements.records[0].text = "neu";
-  o.replacements.records[0].spare = -7;
-  auto sort = std::make_unique<listing::TListSortAndDisplayFieldInfo>();
-  sort->kind = 1;
-  sort->name = "Nach A";
-  sort->items.resize(1);
-  sort->items[0].fieldName = "A";
-  sort->items[0].ascending = false;
-  db.lists.definitions.push_back(std::move(sort));
-
-  const std::vector<uint8_t> bytes = WriteBodyOf(db);
-  engine::TDBManager back(0);
-  Bytes b;
-  b.b = bytes;
-  ASSERT_TRUE(ReadBodyInto(back, b));
-  EXPECT_EQ(WriteBodyOf(back), bytes);
-  EXPECT_EQ(back.options.clipboard.records[1].owner, 8);
-  EXPECT_EQ(back.options.clipboard.records[0].fields, (std::vector<std::string>{"A", "B"}));
-  EXPECT_EQ(back.options.fieldViews.records[0].comment, "Kommentar mit ä");
-  EXPECT_EQ(back.options.exports.records[0].definition, (std::vector<uint8_t>{0, 1, 2, 0xFF}));
-  EXPECT_EQ(back.options.replacements.records[0].spare, -7);
-  ASSERT_NE(back.lists.FindDefinition("nach a", listing::DefinitionKind::kSort), nullptr);
-  EXPECT_EQ(back.lists.FindDefinition("Nach A", listing::DefinitionKind::kListDisplay), nullptr);
-  back.options.clipboard.owner = 7;
-  EXPECT_EQ(back.options.clipboard.GetCount(), 1);
-  back.options.clipboard.owner = 8;
-  EXPECT_EQ(back.options.clipboard.GetCount(), 2);
-}
-
 TEST(DatabaseBody, AVersionSevenFileHoldsOnlyTheClipboardAndViewContainers) {
   Bytes body;
   body.I32(0).I32(0).I32(0).I16(0);
