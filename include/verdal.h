@@ -422,8 +422,9 @@ VERDAL_API int32_t VERDAL_ConfigView(VerdalHandle db, VerdalWindow window, const
 VERDAL_API int32_t VERDAL_SortFlat(VerdalHandle db, const char* name, int32_t* countOut,
                                    int32_t** arrayOut);
 /* The tree in place, below the definition's start, every level with its recursive flag; every view
- * shows the new order. 1, or 0 with last error 1 (unknown database), 11 (unknown definition) or 0
- * (a start without a place). Notifies VERDAL_NOTIFY_SHAPE_CHANGED (field 0, extra 1) when the
+ * shows the new order. 1, or 0 with last error 1 (unknown database), 11 (unknown definition), 0
+ * (a start without a place) or 10 (asked from a callback of another call on the database, such
+ * as a tree walk, whose nodes it would change; VERDAL_SortCategories the same). Notifies VERDAL_NOTIFY_SHAPE_CHANGED (field 0, extra 1) when the
  * definition asks for it. */
 VERDAL_API int32_t VERDAL_Sort(VerdalHandle db, const char* name);
 /* The categories by name, below startCursor (-2 the root); with useDialog the user chooses through

@@ -193,3 +193,23 @@ TEST(Sort, CategoriesByNameBelowAStartWithOrWithoutTheLevelsBelow) {
   EXPECT_EQ(Children(db, deep), (std::vector<int32_t>{d1, d2}));  // descending: b before a
   VERDAL_CloseAllDBs();
 }
+
+TEST(Sort, ATreeWalkWhoseCallbackAsksForASortKeepsItsNodes) {
+  VerdalHandle db = OpenMemoryDatabase();
+  for (const char* name : {"b", "a", "c"}) VERDAL_AddCategory(db, -2, name);
+  ASSERT_EQ(VERDAL_CreateView(db, "Kategorien", VERDAL_VIEW_CATEGORIES), 1);
+  struct Walk {
+    VerdalHandle db;
+    std::vector<int32_t> results;
+  } walk{db, {}};
+  auto visit = [](intptr_t seed, int32_t, int32_t, int32_t, intptr_t user) -> intptr_t {
+    auto* w = reinterpret_cast<Walk*>(user);
+    w->results.push_back(VERDAL_SortCategories(w->db, 1, 1, 0, -2, 0, nullptr));
+    w->results.push_back(VERDAL_GetLastError());
+    return seed;
+  };
+  EXPECT_EQ(VERDAL_BuildCategoryTree(db, 0, visit, reinterpret_cast<intptr_t>(&walk), 1, -1), 1);
+  EXPECT_EQ(walk.results, (std::vector<int32_t>{0, VERDAL_ERR_TARGET, 0, VERDAL_ERR_TARGET, 0, VERDAL_ERR_TARGET}));
+  EXPECT_EQ(VERDAL_SortCategories(db, 1, 1, 0, -2, 0, nullptr), 1);  // outside the walk it sorts
+  VERDAL_CloseAllDBs();
+}

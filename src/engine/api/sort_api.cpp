@@ -15,6 +15,18 @@ using api::Judge;
 using engine::TDBManager;
 using listing::SortResult;
 
+namespace {
+
+// A tree sort rebuilds the views, whose nodes an outer call on the database (a tree walk whose
+// callback asked for the sort) may still be holding: refused there, as a load is.
+bool MaySortTree(TDBManager& db) {
+  if (!engine::InNestedCall(db)) return true;
+  engine::SetLastError(VERDAL_ERR_TARGET);
+  return false;
+}
+
+}  // namespace
+
 extern "C" {
 
 VERDAL_API int32_t VERDAL_SortFlat(VerdalHandle handle, const char* name, int32_t* countOut,
@@ -46,6 +58,7 @@ VERDAL_API int32_t VERDAL_Sort(VerdalHandle handle, const char* name) {
       return 0;
     }
     const bool notify = definition->notifyControls;
+    if (!MaySortTree(db)) return 0;
     if (listing::RunTreeSort(db.store, *definition, nullptr) == SortResult::kNoStart) return 0;
     if (notify) engine::NotifyChange(&db, db.store.currentCursor, VERDAL_NOTIFY_SHAPE_CHANGED, 0, 0, 1);
     return 1;
@@ -57,6 +70,7 @@ VERDAL_API int32_t VERDAL_SortCategories(VerdalHandle handle, int32_t ascending,
                                          int32_t useDialog, VerdalWindow parentWindow) {
   return api::WithDatabase("VERDAL_SortCategories", handle, 0, Judge::kResult,
                            [&](TDBManager& db) -> int32_t {
+    if (!MaySortTree(db)) return 0;
     listing::TListSortAndDisplayFieldInfo definition =
         listing::CategorySortDefinition(ascending != 0, recursive != 0, stringSort != 0, startCursor);
     if (useDialog != 0) {
