@@ -44,7 +44,7 @@ void Set(const VerdalSheet* s, int32_t page, const char* label, const char* text
 void NewEntry(const VerdalSheet* s, const char* name, bool withField) {
   Set(s, 0, "Name:", name);
   Set(s, 0, "&Neu", "1");
-  Set(s, 0, "Kommentar:", "erklärt");
+  Set(s, 0, "Kommentar:", "erkl\xE4rt");
   if (!withField) return;
   for (int32_t page = 1; page < s->pageCount; ++page)
     for (int32_t i = 0; i < s->controlCount; ++i) {
@@ -115,6 +115,9 @@ TEST(Options, EntriesOfEveryKindAreMadeOnTheirSheetsAndKeptBySaveAndSettingsFile
   // Each kind through its settings file into a database that has none.
   for (int32_t kind : kKinds) {
     SCOPED_TRACE(kind);
+    // What was saved came back, with the entries of owner 7 still hidden from owner 8.
+    EXPECT_EQ(Names(db, kind, 7), (std::vector<std::string>{"Neue Einstellung1", "Eintrag"}));
+    EXPECT_EQ(Names(db, kind, 8).size(), kind == VERDAL_OPTION_SORT ? 2u : 0u);  // sorts have no owner
     ui.pickPath = dir / ("kind" + std::to_string(kind));
     ui.script = [](const VerdalSheet* s) {
       Set(s, 0, "&Export", "1");
@@ -124,6 +127,7 @@ TEST(Options, EntriesOfEveryKindAreMadeOnTheirSheetsAndKeptBySaveAndSettingsFile
     EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_CANCELLED);
     ui.script = [](const VerdalSheet* s) {
       Set(s, 0, "&Import", "1");
+      EXPECT_STREQ(s->getText(s, ControlId(s, 0, "Kommentar:")), "erkl\xE4rt");  // the default's comment
       EXPECT_EQ(s->pressOk(s), 1);
     };
     EXPECT_EQ(VERDAL_ConfigOptions(other, nullptr, kind, 7, "Optionen", ""), 1);
