@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <deque>
 #include <new>
 #include <string>
 
@@ -36,8 +37,11 @@ struct SortEntry {
   TDBNode* node;  // null in a flat sort and a sort of a list
 };
 
+// A text's first-level key in the run's key bytes, and the text itself for entries whose keys are
+// equal. Texts are the store's own (which no sort changes) or, for shown links, the run's.
 struct TextRef {
   uint32_t offset, length;
+  std::string_view text;
 };
 
 // The entries of one run with their keys. Reading back gives them in sorted order.
@@ -84,13 +88,13 @@ class SortIndex {
     entries_.reserve(count);
     numberKeys_.reserve(count * static_cast<size_t>(numbers_));
     textKeys_.reserve(count * static_cast<size_t>(texts_));
-    keyBytes_.reserve(count * static_cast<size_t>(texts_) * 64);  // a usual word sort key; more grows
+    keyBytes_.reserve(count * static_cast<size_t>(texts_) * 24);  // a usual key; more grows
   }
 
   void Add(int32_t cursor, TDBNode* node, const TDBCategoryData* place) {
     entries_.push_back(SortEntry{cursor, node});
     if (byName_) {
-      AddText(model::NodeName(store_, place), false);
+      AddText(model::NodeName(store_, place), columns_.front().stringSort);
       return;
     }
     for (const SortColumn& c : columns_) {
@@ -100,8 +104,8 @@ class SortIndex {
         if (value) c.field->type.Compare(*value, std::string_view(), false, c.stringSort, true, &key, links_);
         numberKeys_.push_back(key);
       } else if (c.field->type.dataType == model::kTypeLink && links_ != nullptr && value) {
-        c.field->type.CreateDisplayString(*value, shown_, true, false, links_);
-        AddText(shown_, c.stringSort);
+        c.field->type.CreateDisplayString(*value, shown_.emplace_back(), true, false, links_);
+        AddText(shown_.back(), c.stringSort);
       } else {
         AddText(value.value_or(std::string_view()), c.stringSort);
       }
@@ -134,15 +138,19 @@ class SortIndex {
  private:
   void AddText(std::string_view text, bool stringSort) {
     const size_t at = keyBytes_.size();
-    platform::AppendSortKey(text, byName_ ? columns_.front().stringSort : stringSort, keyBytes_);
+    platform::AppendPrimaryKey(text, stringSort, keyBytes_);
     if (keyBytes_.size() > UINT32_MAX) throw std::bad_alloc();
-    textKeys_.push_back(TextRef{static_cast<uint32_t>(at), static_cast<uint32_t>(keyBytes_.size() - at)});
+    textKeys_.push_back(TextRef{static_cast<uint32_t>(at), static_cast<uint32_t>(keyBytes_.size() - at), text});
   }
 
-  int CompareText(const TextRef& a, const TextRef& b) const {
-    const int r = std::memcmp(keyBytes_.data() + a.offset, keyBytes_.data() + b.offset, std::min(a.length, b.length));
+  // Keys decide where they differ; equal keys leave it to the collation, unless the texts are the
+  // same, as most equal values are.
+  static int CompareText(const std::string& bytes, const TextRef& a, const TextRef& b, bool stringSort) {
+    const int r = std::memcmp(bytes.data() + a.offset, bytes.data() + b.offset, std::min(a.length, b.length));
     if (r != 0) return r < 0 ? -1 : 1;
-    return (a.length > b.length) - (a.length < b.length);
+    if (a.length != b.length) return a.length < b.length ? -1 : 1;
+    if (a.text == b.text) return 0;
+    return stringSort ? platform::CompareStringSort(a.text, b.text) : platform::CompareWordSort(a.text, b.text);
   }
 
   // A number that orders entries as the first key does, or puts them level where only the whole
@@ -189,7 +197,7 @@ class SortIndex {
         const long double x = numberKeys_[a * numbers_ + c.slot], y = numberKeys_[b * numbers_ + c.slot];
         if (x != y) return c.ascending ? x < y : y < x;
       } else {
-        int r = CompareText(textKeys_[a * texts_ + c.slot], textKeys_[b * texts_ + c.slot]);
+        int r = CompareText(keyBytes_, textKeys_[a * texts_ + c.slot], textKeys_[b * texts_ + c.slot], c.stringSort);
         if (!c.ascending) r = -r;
         if (r != 0) return r < 0;
       }
@@ -206,7 +214,7 @@ class SortIndex {
   std::vector<long double> numberKeys_;
   std::vector<TextRef> textKeys_;
   std::string keyBytes_;
-  std::string shown_;
+  std::deque<std::string> shown_;  // shown texts of links, which must stay where they are
 };
 
 TDBNode* StartNode(model::NodeStore& store, int32_t startCursor) {

@@ -15,6 +15,7 @@ namespace {
 struct Collators {
   UCollator* tertiary = nullptr;   // case and accents count
   UCollator* secondary = nullptr;  // accents count, case does not
+  UCollator* primary = nullptr;    // letters only: for sort keys that leave ties to a comparison
   bool opened = false;
 };
 Collators g_collators;
@@ -46,14 +47,19 @@ UCollator* Open(const std::string& locale, UColAttributeValue strength) {
   return coll;
 }
 
-UCollator* Collator(bool ignoreCase) {
+const Collators& OpenCollators() {
   if (!g_collators.opened) {
     const std::string locale = CollationLocale();
     g_collators.tertiary = Open(locale, UCOL_TERTIARY);
     g_collators.secondary = Open(locale, UCOL_SECONDARY);
+    g_collators.primary = Open(locale, UCOL_PRIMARY);
     g_collators.opened = true;
   }
-  return ignoreCase ? g_collators.secondary : g_collators.tertiary;
+  return g_collators;
+}
+
+UCollator* Collator(bool ignoreCase) {
+  return ignoreCase ? OpenCollators().secondary : OpenCollators().tertiary;
 }
 
 // Text in UTF-16, on the stack for the usual short values.
@@ -165,24 +171,13 @@ bool AppendKey(UCollator* coll, std::string_view text, bool skipHyphens, std::st
 
 }  // namespace
 
-void AppendSortKey(std::string_view text, bool stringSort, std::string& key) {
-  UCollator* coll = Collator(false);
+void AppendPrimaryKey(std::string_view text, bool stringSort, std::string& key) {
   const size_t at = key.size();
-  // A key ends in its one zero byte, so a word sort's two keys in a row compare as the word sort
-  // does: without hyphens and apostrophes first, with them only between otherwise equal texts.
-  if (stringSort) {
-    if (AppendKey(coll, text, false, key)) return;
-  } else if (AppendKey(coll, text, true, key)) {
-    // Without hyphens and apostrophes both keys are the same.
-    if (text.find_first_of("-'") == std::string_view::npos) {
-      const size_t length = key.size() - at;
-      key.append(key, at, length);
-      return;
-    }
-    if (AppendKey(coll, text, false, key)) return;
-  }
+  // The word sort's first pass passes over hyphens and apostrophes; its primary level decides
+  // before anything else.
+  if (AppendKey(OpenCollators().primary, text, !stringSort, key)) return;
   key.resize(at);
-  key.append(text);
+  key.append(text);  // without ICU, texts compare by their bytes
 }
 
 unsigned CollationGeneration() { return g_generation; }
@@ -191,6 +186,7 @@ void ResetCollation() {
   ++g_generation;
   if (g_collators.tertiary != nullptr) ucol_close(g_collators.tertiary);
   if (g_collators.secondary != nullptr) ucol_close(g_collators.secondary);
+  if (g_collators.primary != nullptr) ucol_close(g_collators.primary);
   g_collators = Collators{};
 }
 

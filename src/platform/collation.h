@@ -18,10 +18,11 @@ int CompareStringSort(std::string_view a, std::string_view b);
 // Word sort that ignores case; accents still count.
 int CompareWordSortNoCase(std::string_view a, std::string_view b);
 
-// Appends a key for the text whose byte order (shorter first where one begins the other) is the
-// order of CompareWordSort, or with stringSort of CompareStringSort: for sorts that compare each
-// text many times.
-void AppendSortKey(std::string_view text, bool stringSort, std::string& key);
+// Appends a key of the text's first level (letters and digits, not accents or case; for word sort
+// without hyphens and apostrophes), for sorts that compare each text many times. Texts whose keys
+// differ compare as the keys' bytes do (shorter first where one begins the other) under
+// CompareWordSort, or with stringSort CompareStringSort; texts with equal keys must be compared.
+void AppendPrimaryKey(std::string_view text, bool stringSort, std::string& key);
 
 // The one test for names that are found, or must be unique, regardless of case (lstrcmpiA):
 // fields, filters, views. "ärger" names "Ärger", "GRÖßE" names "Größe".
