@@ -142,6 +142,23 @@ int main(void) {
   printf("  '1.234,56' as a number: %s\n", VERDAL_ConvertData(db, kUmsatz, "1.234,56", 1, 0, 0));
   printf("  '24.12.99' as a date: %s\n", VERDAL_ConvertData(db, kGeburtstag, "24.12.99", 1, 0, 0));
 
+  printf("Sorting by place, then by turnover from the highest\n");
+  VERDAL_SetListSortTopInfo(db, "Nach Ort", kUmsatz, 0, 0);
+  VERDAL_SetListSortTopInfo(db, "Nach Ort", kOrt, 1, 1);
+  int32_t count = 0, *sorted = NULL;
+  VERDAL_SortFlat(db, "Nach Ort", &count, &sorted);
+  for (int32_t i = 0; i < count; ++i) {
+    printf("  ");
+    Column(VERDAL_GetData(db, kOrt, sorted[i], 0, 1), 11);
+    printf("%s\n", Utf8(VERDAL_GetData(db, kName, sorted[i], 0, 1)));
+  }
+  VERDAL_GetCategoryDeleteChildList(sorted);
+  printf("  the list's columns:");
+  ListDisplayFieldRecord column;
+  for (int32_t i = 0; VERDAL_GetListDisplayFieldInfo(db, NULL, i, &column) == 1; ++i)
+    printf(" %s (%s)", Utf8(column.heading), column.alignment == 1 ? "right" : column.alignment == 2 ? "centred" : "left");
+  printf("\n");
+
   printf("Refused: a value for the counter field\n");
   if (!VERDAL_SetData(db, kNummer, "99", eva, 0, NULL, NULL))
     printf("  error %d: %s\n", VERDAL_GetLastError(), Utf8(VERDAL_GetLastErrorString(VERDAL_GetLastError())));
