@@ -53,8 +53,11 @@ void NewEntry(const VerdalSheet* s, const char* name, bool withField) {
       const bool available = std::strcmp(c.label, "Verf\xFCgbare Felder:") == 0 ||
                              std::strcmp(c.label, "Verf\xFCgbare Datenfelder:") == 0;
       if (c.page != page || !available) continue;
+      const int32_t add = ControlId(s, page, "-->");
+      EXPECT_EQ(s->enabled(s, add), 0);  // nothing chosen to move yet
       s->setText(s, c.id, s->item(s, c.id, 0));
-      Set(s, page, "-->", "1");
+      EXPECT_EQ(s->enabled(s, add), 1);
+      s->setText(s, add, "1");
       return;
     }
 }
@@ -200,12 +203,17 @@ TEST(Options, ASheetsPagesKeepTheirEntriesWhateverTheHostCallsMeanwhile) {
     nested.push_back(VERDAL_MoveOptions(other, db));
     nested.push_back(VERDAL_GetLastError());
     nested.push_back(VERDAL_EmptyData(db, 0));  // waits until the sheet is closed
+    // The pages follow the chosen entry: none without one.
+    nested.push_back(s->pageCount);
+    Set(s, 0, "&L\xF6schen", "1");
+    nested.push_back(s->pageCount);
     Set(s, 0, "Name:", "Nach Ort");
     Set(s, 0, "&Neu", "1");
+    nested.push_back(s->pageCount);
     s->pressOk(s);
   };
   EXPECT_EQ(VERDAL_ConfigOptions(db, nullptr, VERDAL_OPTION_SORT, 0, "Sortierung", ""), 1);
-  EXPECT_EQ(nested, (std::vector<int32_t>{0, VERDAL_ERR_TARGET, 0, VERDAL_ERR_TARGET, 1}));
+  EXPECT_EQ(nested, (std::vector<int32_t>{0, VERDAL_ERR_TARGET, 0, VERDAL_ERR_TARGET, 1, 2, 1, 2}));
   EXPECT_EQ(VERDAL_NumOptions(db, VERDAL_OPTION_SORT, 0), 0);  // the deferred emptying ran at the end
   EXPECT_EQ(VERDAL_MoveOptions(other, db), 1);  // and with the sheet closed, copies are taken again
   EXPECT_EQ(VERDAL_NumOptions(db, VERDAL_OPTION_SORT, 0), 1);

@@ -1,6 +1,6 @@
 // The option sheet as a user drives it: the names page over a collection (new, copy, delete,
-// rename, import and export with their refusals), the pages of each kind, which write only on OK,
-// and a host in C that sees pages come and go.
+// rename, import and export with their refusals), and the pages of each kind, which write only on
+// OK. A host in C drives the sheets in tests/api/options_test.cpp.
 #include "dialogs/option_sheet.h"
 
 #include <gtest/gtest.h>
@@ -12,8 +12,6 @@
 #include "model/fields.h"
 #include "platform/language.h"
 #include "sheet_driver.h"
-#include "support/sheet_controls.h"
-#include "ui/callback_host.h"
 #include "ui/scripted_host.h"
 
 using namespace verdal;
@@ -233,43 +231,3 @@ TEST_F(OptionSheet, KindPagesWriteOnlyOnOk) {
   EXPECT_EQ(host.fileRequests.at(0).filter, "Alle Dateien (*.*)|*.*|");
 }
 
-namespace {
-
-std::vector<int32_t> g_pageCounts;
-std::vector<std::string> g_active;
-
-// Chooses a field on the field page, then deletes the only entry (the message box, which this host
-// leaves out, answers yes) and makes a new one: the pages go and come back.
-void ScriptInC(intptr_t, VerdalWindow, const VerdalSheet* s) {
-  g_pageCounts.push_back(s->pageCount);
-  const int32_t add = ControlId(s, 1, "-->"), active = ControlId(s, 1, "Aktive Felder:");
-  EXPECT_EQ(s->enabled(s, add), 0);
-  s->setText(s, ControlId(s, 1, "Verf\xFCgbare Felder:"), "Ort");
-  EXPECT_EQ(s->enabled(s, add), 1);
-  s->setText(s, add, "");
-  for (int32_t i = 0; i < s->itemCount(s, active); ++i) g_active.emplace_back(s->item(s, active, i));
-  EXPECT_STREQ(s->getText(s, active), "Ort");
-  s->setText(s, ControlId(s, 0, "&L\xF6schen"), "1");
-  g_pageCounts.push_back(s->pageCount);
-  EXPECT_EQ(s->itemCount(s, ControlId(s, 0, "")), 0);
-  s->setText(s, ControlId(s, 0, "&Neu"), "1");
-  g_pageCounts.push_back(s->pageCount);
-  EXPECT_EQ(s->pressOk(s), 1);
-}
-
-}  // namespace
-
-TEST_F(OptionSheet, HostInCSeesPagesComeAndGo) {
-  VerdalUserInterface c{};
-  c.runSheet = ScriptInC;
-  ui::CallbackHost inC(c);
-  EXPECT_TRUE(dialogs::RunOptionSheet(inC, nullptr, "Ansichten", 6, db.options.fieldViews, db.store));
-  EXPECT_EQ(g_pageCounts, (std::vector<int32_t>{2, 1, 2}));
-  EXPECT_EQ(g_active, std::vector<std::string>{"Ort"});
-  EXPECT_EQ(Names(db.options.fieldViews), std::vector<std::string>{"Neue Einstellung1"});
-  EXPECT_TRUE(db.options.fieldViews.At(0)->fields.empty());
-  // Headless, a sheet is cancelled.
-  ui::HeadlessHost headless;
-  EXPECT_FALSE(dialogs::RunOptionSheet(headless, nullptr, "Ansichten", 6, db.options.fieldViews, db.store));
-  EXPECT_FALSE(dialogs::RunOptionSheet(headless, nullptr, "Filter", 1, db.options.fieldViews, db.store));
-}
