@@ -12,6 +12,8 @@
 
 #if VERDAL_HAVE_SQLITE
 #include <sqlite3.h>
+
+#include "support/sqlite_ids.h"
 #endif
 
 #include "support/best_time.h"
@@ -113,23 +115,13 @@ sqlite3* Peer() {
   return s;
 }
 
-// The ids that pass, gathered into an array as the child list gathers cursors.
-int64_t Select(const char* sql) {
-  std::vector<int32_t> ids;
-  sqlite3_stmt* q = nullptr;
-  sqlite3_prepare_v2(Peer(), sql, -1, &q, nullptr);
-  while (sqlite3_step(q) == SQLITE_ROW) ids.push_back(sqlite3_column_int(q, 0));
-  sqlite3_finalize(q);
-  return static_cast<int64_t>(ids.size());
-}
-
 void BM_SqliteContains(benchmark::State& s) {
   Peer();
-  bench_support::Timed(s, "sqlite contains", [] { return Select("SELECT id FROM records WHERE upper(name) LIKE '%AB%'"); });
+  bench_support::Timed(s, "sqlite contains", [] { return bench_support::SelectIds(Peer(), "SELECT id FROM records WHERE upper(name) LIKE '%AB%'"); });
 }
 void BM_SqliteRange(benchmark::State& s) {
   Peer();
-  bench_support::Timed(s, "sqlite range", [] { return Select("SELECT id FROM records WHERE preis >= 100 AND preis < 200"); });
+  bench_support::Timed(s, "sqlite range", [] { return bench_support::SelectIds(Peer(), "SELECT id FROM records WHERE preis >= 100 AND preis < 200"); });
 }
 BENCHMARK(BM_SqliteContains)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
 BENCHMARK(BM_SqliteRange)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);

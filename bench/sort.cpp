@@ -12,6 +12,8 @@
 
 #if VERDAL_HAVE_SQLITE
 #include <sqlite3.h>
+
+#include "support/sqlite_ids.h"
 #endif
 
 #include "support/best_time.h"
@@ -97,22 +99,13 @@ sqlite3* Peer() {
   return s;
 }
 
-int64_t Select(const char* sql) {
-  std::vector<int32_t> ids;
-  sqlite3_stmt* q = nullptr;
-  sqlite3_prepare_v2(Peer(), sql, -1, &q, nullptr);
-  while (sqlite3_step(q) == SQLITE_ROW) ids.push_back(sqlite3_column_int(q, 0));
-  sqlite3_finalize(q);
-  return static_cast<int64_t>(ids.size());
-}
-
 void BM_SqliteNamePrice(benchmark::State& s) {
   Peer();
-  bench_support::Timed(s, "sqlite name, price", [] { return Select("SELECT id FROM t ORDER BY name, preis"); });
+  bench_support::Timed(s, "sqlite name, price", [] { return bench_support::SelectIds(Peer(), "SELECT id FROM t ORDER BY name, preis"); });
 }
 void BM_SqliteDateDescending(benchmark::State& s) {
   Peer();
-  bench_support::Timed(s, "sqlite date desc", [] { return Select("SELECT id FROM t ORDER BY datum DESC"); });
+  bench_support::Timed(s, "sqlite date desc", [] { return bench_support::SelectIds(Peer(), "SELECT id FROM t ORDER BY datum DESC"); });
 }
 BENCHMARK(BM_SqliteNamePrice)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_SqliteDateDescending)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
