@@ -112,9 +112,9 @@ class SortIndex {
     }
   }
 
-  // The entries by position. Placing each new entry before every entry equal to it is the same
-  // as a stable sort of the entries taken in reverse. Each entry carries the start of its first
-  // key, so that most comparisons need nothing else.
+  // The entries by position. Each new entry goes before every entry equal to it, so among equal
+  // entries the later one comes first: their arrival decides, backwards, where the keys do not.
+  // Each entry carries the start of its first key, so that most comparisons need nothing else.
   template <class Visit>
   void ForEachSorted(Visit&& visit) const {
     struct Item {
@@ -125,12 +125,13 @@ class SortIndex {
     const size_t skip = CommonTextStart();
     std::vector<Item> order(n);
     for (size_t i = 0; i < n; ++i) {
-      const auto index = static_cast<uint32_t>(n - 1 - i);
+      const auto index = static_cast<uint32_t>(i);
       order[i] = Item{columns_.empty() ? 0 : Prefix(index, skip), index};
     }
-    std::stable_sort(order.begin(), order.end(), [this](const Item& a, const Item& b) {
+    std::sort(order.begin(), order.end(), [this](const Item& a, const Item& b) {
       if (a.prefix != b.prefix) return a.prefix < b.prefix;
-      return Less(a.index, b.index);
+      const int c = Compare(a.index, b.index);
+      return c != 0 ? c < 0 : a.index > b.index;
     });
     for (const Item& item : order) visit(entries_[item.index]);
   }
@@ -179,9 +180,13 @@ class SortIndex {
     uint64_t prefix = 0;
     if (c.kind == KeyKind::kNumber) {
       double d = static_cast<double>(numberKeys_[index * numbers_ + c.slot]);  // rounding keeps the order
-      if (d == 0 || d != d) d = 0;  // -0 equals 0; no order holds for NaN
-      std::memcpy(&prefix, &d, sizeof prefix);
-      prefix = (prefix >> 63) != 0 ? ~prefix : prefix | (uint64_t{1} << 63);
+      if (d != d) {
+        prefix = ~uint64_t{0};  // after every number, as Compare has it
+      } else {
+        if (d == 0) d = 0;  // -0 equals 0
+        std::memcpy(&prefix, &d, sizeof prefix);
+        prefix = (prefix >> 63) != 0 ? ~prefix : prefix | (uint64_t{1} << 63);
+      }
     } else {
       const TextRef& t = textKeys_[index * texts_ + c.slot];
       const char* key = keyBytes_.data() + t.offset + skip;
@@ -191,18 +196,21 @@ class SortIndex {
     return c.ascending ? prefix : ~prefix;
   }
 
-  bool Less(uint32_t a, uint32_t b) const {
+  // -1, 0 or 1: the order of two entries under every sort field in turn.
+  int Compare(uint32_t a, uint32_t b) const {
     for (const SortColumn& c : columns_) {
+      int r = 0;
       if (c.kind == KeyKind::kNumber) {
         const long double x = numberKeys_[a * numbers_ + c.slot], y = numberKeys_[b * numbers_ + c.slot];
-        if (x != y) return c.ascending ? x < y : y < x;
+        // Stored values never read as NaN; should a key ever be one, it sorts after every number,
+        // so that the order stays total, which the sort relies on.
+        r = x != x || y != y ? (x != x) - (y != y) : (x > y) - (x < y);
       } else {
-        int r = CompareText(keyBytes_, textKeys_[a * texts_ + c.slot], textKeys_[b * texts_ + c.slot], c.stringSort);
-        if (!c.ascending) r = -r;
-        if (r != 0) return r < 0;
+        r = CompareText(keyBytes_, textKeys_[a * texts_ + c.slot], textKeys_[b * texts_ + c.slot], c.stringSort);
       }
+      if (r != 0) return c.ascending ? r : -r;
     }
-    return false;
+    return 0;
   }
 
   model::NodeStore& store_;
