@@ -2,6 +2,8 @@
 
 namespace verdal::dialogs {
 
+// Texts are code page 1252, as everything the engine hands a host.
+
 namespace {
 
 struct Choice {
@@ -13,8 +15,8 @@ struct Choice {
 
 constexpr Choice kChoices[] = {
     {TDbSortDlg::kWholeDatabase, "Die gesamte Datenbank", &SortCategoriesChoices::wholeDatabase, 1},
-    {TDbSortDlg::kChildren, "Die Kinder ausgewählten Eintrags", &SortCategoriesChoices::children, 1},
-    {TDbSortDlg::kChildrenAndSubgroups, "Die Kinder des ausgewählten Eintrags und Untergruppen",
+    {TDbSortDlg::kChildren, "Die Kinder ausgew\xE4hlten Eintrags", &SortCategoriesChoices::children, 1},
+    {TDbSortDlg::kChildrenAndSubgroups, "Die Kinder des ausgew\xE4hlten Eintrags und Untergruppen",
      &SortCategoriesChoices::childrenAndSubgroups, 1},
     {TDbSortDlg::kAscending, "Aufsteigend", &SortCategoriesChoices::ascending, 2},
     {TDbSortDlg::kDescending, "Absteigend", nullptr, 2},
@@ -44,7 +46,7 @@ SortCategoriesChoices& TDbSortDlg::Remembered() {
 
 TDbSortDlg::TDbSortDlg() : choices_(Remembered()) {}
 
-std::string TDbSortDlg::Title() const { return "Datenbankeinträge sortieren"; }
+std::string TDbSortDlg::Title() const { return "Datenbankeintr\xE4ge sortieren"; }
 
 std::vector<std::string> TDbSortDlg::Pages() const { return {Title()}; }
 
@@ -52,7 +54,7 @@ std::vector<ui::Control> TDbSortDlg::Controls() const {
   std::vector<ui::Control> controls = {
       {kWhatLabel, 0, ui::ControlKind::kText, "Was soll sortiert werden?", 0},
       {kOrderLabel, 0, ui::ControlKind::kText, "Sortierreihenfolge:", 0},
-      {kTreatLabel, 0, ui::ControlKind::kText, "Einträge behandeln als:", 0},
+      {kTreatLabel, 0, ui::ControlKind::kText, "Eintr\xE4ge behandeln als:", 0},
   };
   for (const Choice& c : kChoices) controls.push_back({c.id, 0, ui::ControlKind::kCheckBox, c.label, 0});
   return controls;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "field_helpers.h"
+#include "support/sheet_controls.h"
 #include "temp_folder.h"
 #include "verdal.h"
 
@@ -211,5 +212,40 @@ TEST(Sort, ATreeWalkWhoseCallbackAsksForASortKeepsItsNodes) {
   EXPECT_EQ(VERDAL_BuildCategoryTree(db, 0, visit, reinterpret_cast<intptr_t>(&walk), 1, -1), 1);
   EXPECT_EQ(walk.results, (std::vector<int32_t>{0, VERDAL_ERR_TARGET, 0, VERDAL_ERR_TARGET, 0, VERDAL_ERR_TARGET}));
   EXPECT_EQ(VERDAL_SortCategories(db, 1, 1, 0, -2, 0, nullptr), 1);  // outside the walk it sorts
+  VERDAL_CloseAllDBs();
+}
+
+TEST(Sort, TheCategorySortDialogDecidesAndRemembersWhatWasChosen) {
+  VerdalHandle db = OpenMemoryDatabase();
+  std::vector<int32_t> c;
+  for (const char* name : {"b", "c", "a"}) c.push_back(VERDAL_AddCategory(db, -2, name));
+  const int32_t inner1 = VERDAL_AddCategory(db, c[0], "y"), inner2 = VERDAL_AddCategory(db, c[0], "x");
+  struct Script {
+    bool confirm;
+    std::vector<std::string> seen;  // "Aufsteigend" as the dialog opens
+  } script{true, {}};
+  VerdalUserInterface ui{};
+  ui.user = reinterpret_cast<intptr_t>(&script);
+  ui.runSheet = [](intptr_t user, VerdalWindow, const VerdalSheet* s) {
+    auto* sc = reinterpret_cast<Script*>(user);
+    const int32_t up = ControlId(s, 0, "Aufsteigend"), down = ControlId(s, 0, "Absteigend");
+    sc->seen.push_back(s->getText(s, up));
+    s->setText(s, down, "1");  // one of a group clears the other
+    EXPECT_STREQ(s->getText(s, up), "0");
+    s->setText(s, ControlId(s, 0, "Die Kinder ausgew\xE4hlten Eintrags"), "1");  // not the whole database
+    if (sc->confirm) s->pressOk(s); else s->pressCancel(s);
+  };
+  VERDAL_SetUserInterface(&ui);
+  // The arguments say ascending and recursive; the dialog says descending, one level below c[0].
+  script.confirm = false;
+  EXPECT_EQ(VERDAL_SortCategories(db, 1, 1, 0, c[0], 1, nullptr), 0);
+  script.confirm = true;
+  EXPECT_EQ(VERDAL_SortCategories(db, 1, 1, 0, c[0], 1, nullptr), 1);
+  EXPECT_EQ(Children(db, c[0]), (std::vector<int32_t>{inner1, inner2}));  // y before x
+  EXPECT_EQ(Children(db, -2), (std::vector<int32_t>{c[0], c[1], c[2]}));   // the top level left alone
+  EXPECT_EQ(VERDAL_SortCategories(db, 1, 1, 0, c[0], 1, nullptr), 1);
+  // A cancel kept nothing; the confirmed choice is what the next dialog opens with.
+  EXPECT_EQ(script.seen, (std::vector<std::string>{"1", "1", "0"}));
+  VERDAL_SetUserInterface(nullptr);
   VERDAL_CloseAllDBs();
 }
