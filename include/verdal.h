@@ -214,18 +214,27 @@ typedef struct VerdalLocalTime {
   uint16_t year, month, dayOfWeek, day, hour, minute, second, millisecond;
 } VerdalLocalTime;
 
+/* Where a link field's chain ends, as VERDAL_GetCrossInfo and VERDAL_GetCrossData fill it: the
+ * path of the last database (cut to 259 characters) and the name of the last field (cut to 1023). */
+typedef struct TCrossInfo {
+  char path[260];
+  char fieldName[1024];
+} TCrossInfo;
+
 #pragma pack(pop)
 
 #if defined(__cplusplus)
 static_assert(sizeof(VerdalNotification) == 40, "notification record is 40 bytes");
 static_assert(sizeof(VerdalDBProperties) == 528, "properties record is 528 bytes");
 static_assert(sizeof(VerdalLocalTime) == 16, "local time is 16 bytes");
+static_assert(sizeof(TCrossInfo) == 1284, "cross info record is 1284 bytes");
 static_assert(sizeof(ListDisplayFieldRecord) == 12 + 2 * sizeof(void*), "list display record: 28 bytes on 64-bit");
 static_assert(sizeof(TDBFieldParams) == 58 + 9 * sizeof(void*), "field record: 130 bytes on 64-bit");
 #else
 _Static_assert(sizeof(VerdalNotification) == 40, "notification record is 40 bytes");
 _Static_assert(sizeof(VerdalDBProperties) == 528, "properties record is 528 bytes");
 _Static_assert(sizeof(VerdalLocalTime) == 16, "local time is 16 bytes");
+_Static_assert(sizeof(TCrossInfo) == 1284, "cross info record is 1284 bytes");
 _Static_assert(sizeof(ListDisplayFieldRecord) == 12 + 2 * sizeof(void*), "list display record: 28 bytes on 64-bit");
 _Static_assert(sizeof(TDBFieldParams) == 58 + 9 * sizeof(void*), "field record: 130 bytes on 64-bit");
 #endif
@@ -294,6 +303,37 @@ VERDAL_API const char* VERDAL_ConvertData(VerdalHandle db, int32_t fieldIndex, c
 VERDAL_API int32_t VERDAL_Compare(VerdalHandle db, int32_t firstCursor, int32_t secondCursor,
                                   int32_t fieldIndex, int32_t stringSort, int32_t reverse,
                                   int32_t* result);
+
+/* Links. A link field (type 7) stores the cursor of a record of another database (linkDatabase)
+ * and shows that record's value of linkField, which may be a link again: a chain of databases,
+ * opened as it is followed (never created), that may not come back to a database it has passed,
+ * except that the first link may lead into its own database. Values of a link field show, compare
+ * and filter as the value at the end of the chain; a link that does not resolve shows empty.
+ * Code 3: the field is no link field; code 7: its chain does not resolve. */
+/* info may be null; its texts are emptied first. */
+VERDAL_API int32_t VERDAL_GetCrossInfo(VerdalHandle db, int32_t fieldIndex, TCrossInfo* info);
+/* What the field may take: for a link field the records at the end of its chain, for any other
+ * field its own database. node VERDAL_CURSOR_ROOT lists every record (with withCategories the
+ * categories too), depth-first, through the filter where one is given (code 13 if it does not
+ * compile); a category lists the records below it; a record lists itself alone, unfiltered (code 5
+ * if there is no such node). strings gets the shown texts and ids the cursors, both allocated by
+ * the engine with one entry more than count; count 0 allocates nothing and leaves both null. Give
+ * them back with VERDAL_DeleteGetCrossData. */
+VERDAL_API int32_t VERDAL_GetCrossData(VerdalHandle db, int32_t fieldIndex, int32_t* count,
+                                       char*** strings, int32_t** ids, TCrossInfo* info,
+                                       int32_t node, const char* filter, int32_t withCategories);
+VERDAL_API void VERDAL_DeleteGetCrossData(int32_t count, char** strings, int32_t* ids);
+/* In the first record of referringDb whose link (to targetDb's targetField) holds oldNode, stores
+ * newNode: at most one record of one field changes. Notifies reason 2 for newNode in targetDb and
+ * returns 1 also when nothing held oldNode. Unlike other functions it leaves an earlier last error
+ * standing when it succeeds. */
+VERDAL_API int32_t VERDAL_UpdateCrossValue(VerdalHandle targetDb, VerdalHandle referringDb,
+                                           int32_t targetField, int32_t oldNode, int32_t newNode);
+/* 1 when the link value of the record at node (in referringDb) names a record that exists in
+ * targetDb, whichever database the field itself names; 0 for a field that is no link, without a
+ * code. */
+VERDAL_API int32_t VERDAL_ExistsReferenceEntry(VerdalHandle referringDb, VerdalHandle targetDb,
+                                               int32_t node, int32_t fieldIndex);
 
 /* Records and categories. Cursors name nodes; the VERDAL_CURSOR_ values are pseudo cursors. */
 VERDAL_API int32_t VERDAL_AddRecord(VerdalHandle db, int32_t parent, const char* title,

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/database_links.h"
 #include "io/fileex.h"
 #include "storage/stored_database.h"
 
@@ -82,6 +83,8 @@ class TDBManager : public storage::StoredDatabase {
 
   SqlLink sqlLink;
   ImportLink importLink;
+  // What value conversion, filters and sorts follow link fields through.
+  DatabaseLinks links{*this};
 
  private:
   uint32_t handle_ = 0;

@@ -59,6 +59,18 @@ bool SearchFile(const OpenRequest& r, std::string& found) {
   return false;
 }
 
+// The open database whose file is the one this name leads to, 0 if none. Two databases in memory
+// for one file would each save over the other's changes.
+uint32_t FindOpenFile(const char* name) {
+  for (int32_t i = 0; i < Pool().Count(); ++i) {
+    TDBManager* db = Handles().Lookup(Pool().HandleAt(i));
+    if (db != nullptr && db->file != nullptr && db->file->IsOpen() &&
+        platform::SameFile(db->file->Descriptor(), name))
+      return db->Handle();
+  }
+  return 0;
+}
+
 }  // namespace
 
 uint32_t OpenDatabase(const OpenRequest& request) {
@@ -79,6 +91,18 @@ uint32_t OpenDatabase(const OpenRequest& request) {
       platform::Trace("VERDAL_OpenDBEx failed for '%s'", r.fileName);
       return 0;
     }
+    if (uint32_t h = FindOpenFile(r.fileName)) {
+      TDBManager* existing = Handles().Lookup(h);
+      // Asked for under its own name, so that a reopen keeps the name the pool knows it by.
+      const std::string own = existing->fileName;
+      OpenRequest same = r;
+      same.fileName = own.c_str();
+      switch (ReuseOpen(*existing, same)) {
+        case Reuse::kUse: return h;
+        case Reuse::kFail: return 0;
+        case Reuse::kReplace: Pool().Remove(h, true); break;
+      }
+    }
     if (!platform::FileExists(r.fileName) && !r.noSearch && r.search) {
       if (!SearchFile(r, searched)) {
         platform::Trace("VERDAL_OpenDBEx failed for '%s'", r.fileName);
@@ -92,7 +116,7 @@ uint32_t OpenDatabase(const OpenRequest& request) {
   auto db = std::make_unique<TDBManager>(r.sizeClass);
   if (r.fileName == nullptr) return Pool().Add(db.release()->Handle());
   db->password = r.password != nullptr ? r.password : "";
-  if (!db->Open(r.fileName, !r.readOnly, r.readOnly, r.refuseReadOnly)) return 0;
+  if (!db->Open(r.fileName, !r.readOnly && r.mayCreate, r.readOnly, r.refuseReadOnly)) return 0;
   uint32_t handle = Pool().Add(r.fileName, db->Handle());
   if (handle == db->Handle()) db.release();  // the pool holds it now
   return handle;

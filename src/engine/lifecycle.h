@@ -13,10 +13,14 @@ struct OpenRequest {
   int32_t sizeClass = 1;
   bool readOnly = false;
   bool refuseReadOnly = false;
+  // Off for databases opened by following a link: reading a value must never leave a new, empty
+  // file behind where a link names one that is missing.
+  bool mayCreate = true;
 };
 
 // The open worker: the handle of the database, 0 on failure. A name that is open already gives
-// its database, made writable or reloaded where the request and the file's time call for it.
+// its database, made writable or reloaded where the request and the file's time call for it; so
+// does another name of a file that is open (a link, another spelling): one file, one database.
 uint32_t OpenDatabase(const OpenRequest& request);
 
 // Takes the database out of the pool and destroys it; false if the pool does not hold it.

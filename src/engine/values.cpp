@@ -6,6 +6,10 @@
 #include "engine/db_manager.h"
 #include "engine/last_error.h"
 #include "engine/linked_table.h"
+#include "engine/database_links.h"
+#include "engine/handle_table.h"
+#include "engine/link_walk.h"
+#include "model/number_text.h"
 #include "engine/notify.h"
 #include "model/cursor.h"
 #include "model/place_walk.h"
@@ -86,6 +90,18 @@ int32_t SetData(TDBManager& db, int32_t fieldIndex, const char* value, int32_t c
   place->temporary = false;
   db.MarkDirty();
   NotifyChange(&db, resolved, VERDAL_NOTIFY_VALUE_CHANGED, fieldIndex, 0, 0);
+  // A cursor kept on the linked record follows the edit: the linked database is told of the
+  // record the value names, and the notification carries it on along the rest of the chain. When
+  // the edited record is the current one, the record it now links to becomes current there.
+  TDBRecursChecker chain;
+  if (value != nullptr && field->type.dataType == kTypeLink &&
+      ReadChain(db, fieldIndex, chain, "VERDAL_SetData()")) {
+    if (TDBManager* target = Handles().Lookup(chain.handles[1])) {
+      const int32_t linked = ReadInteger(converted);
+      if (resolved == store.currentCursor) target->store.currentCursor = linked;
+      NotifyChange(target, linked, VERDAL_NOTIFY_CURRENT_CHANGED, -10, 0, 0);
+    }
+  }
   return 1;
 }
 
@@ -109,7 +125,7 @@ const char* GetData(TDBManager& db, int32_t fieldIndex, int32_t cursor, bool raw
   // Copied even when raw: the stored text moves when another value of the record changes.
   if (raw) return g_getDataTexts.Keep(*stored);
   std::string shown;
-  field->type.CreateDisplayString(*stored, shown, useWords, false, nullptr);
+  field->type.CreateDisplayString(*stored, shown, useWords, false, &db.links);
   return g_getDataTexts.Keep(shown);
 }
 
@@ -135,7 +151,7 @@ const char* ConvertData(TDBManager& db, int32_t fieldIndex, const char* text, bo
   if (toInternal)
     field->type.ToInternal(given, converted, validate, nullptr);
   else
-    field->type.CreateDisplayString(given, converted, useWords, false, nullptr);
+    field->type.CreateDisplayString(given, converted, useWords, false, &db.links);
   return g_convertTexts.Keep(converted);
 }
 
@@ -153,7 +169,7 @@ int32_t CompareValues(TDBManager& db, int32_t first, int32_t second, int32_t fie
     SetLastError(VERDAL_ERR_TARGET);
     return 0;
   }
-  int order = field->type.Compare(*a, *b, false, stringSort, true, nullptr, nullptr);
+  int order = field->type.Compare(*a, *b, false, stringSort, true, nullptr, &db.links);
   if (result != nullptr) *result = reverse ? -order : order;
   return 1;
 }

@@ -55,7 +55,7 @@ VERDAL_API int32_t VERDAL_GetCategoryChildList(VerdalHandle handle, int32_t curs
       return 0;
     }
     std::unique_ptr<query::QX_QueryCache> query;
-    if (filter != nullptr && *filter != '\0') query = std::make_unique<query::QX_QueryCache>(db.store, filter);
+    if (filter != nullptr && *filter != '\0') query = std::make_unique<query::QX_QueryCache>(db.store, filter, &db.links);
     std::vector<int32_t> list;
     if (!engine::CollectChildren(db, cursor, viewIndex, recurse != 0, onlyExpanded != 0, kinds,
                                  query.get(), includeStart != 0, list))

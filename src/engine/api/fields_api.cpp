@@ -65,9 +65,16 @@ VERDAL_API int32_t VERDAL_GetFieldInfo(VerdalHandle handle, int32_t index, TDBFi
       return 0;
     }
     engine::FillParams(*field, *info);
-    // A link field would describe its far end here; links are not followed yet, so the record
-    // of a link field is left as it is.
-    if (linked != nullptr && field->type.dataType != model::kTypeLink) *linked = *info;
+    if (linked == nullptr) return 1;
+    if (field->type.dataType != model::kTypeLink) {
+      *linked = *info;
+      return 1;
+    }
+    // How a linked value is typed is told by the field at the far end; a link that does not
+    // resolve leaves the record as the host gave it.
+    TDBManager* far = nullptr;
+    model::TDBFieldInfo* farField = nullptr;
+    if (engine::ResolveField(db, index, far, farField)) engine::FillParams(*farField, *linked);
     return 1;
   });
 }

@@ -22,7 +22,7 @@ VERDAL_API const char* VERDAL_GetFilter(VerdalHandle handle, const char* name) {
   return api::WithDatabase("VERDAL_GetFilter", handle, static_cast<const char*>(nullptr),
                            Judge::kLastError, [&](TDBManager& db) -> const char* {
                              if (name == nullptr) return nullptr;
-                             const char* text = listing::FilterText(db.filters, db.store, name);
+                             const char* text = listing::FilterText(db.filters, db.store, name, &db.links);
                              return text != nullptr ? g_filterTexts.Keep(text) : nullptr;
                            });
 }
@@ -33,7 +33,7 @@ VERDAL_API const char* VERDAL_GetInternalParseString(VerdalHandle handle, int32_
                            static_cast<const char*>(nullptr), Judge::kResult,
                            [&](TDBManager& db) -> const char* {
                              const char* text =
-                                 listing::InternalParseString(db.store, fieldIndex, value, flags);
+                                 listing::InternalParseString(db.store, fieldIndex, value, flags, &db.links);
                              return text != nullptr ? g_parseStrings.Keep(text) : nullptr;
                            });
 }

@@ -23,7 +23,7 @@ VERDAL_API int32_t VERDAL_GetListDisplayFieldInfo(VerdalHandle handle, const cha
                                                   int32_t index, ListDisplayFieldRecord* record) {
   return api::QuietlyWithDatabase(handle, -1, [&](TDBManager& db) {
     listing::ListColumn column;
-    const int32_t result = listing::Column(db.lists, db.store, name, index, column, nullptr);
+    const int32_t result = listing::Column(db.lists, db.store, name, index, column, &db.links);
     if (result == 1 && record != nullptr) {
       record->alignment = column.alignment;
       record->readOnly = column.readOnly ? 1 : 0;

@@ -38,7 +38,7 @@ int32_t CopyNames(const std::vector<std::string>& names, int32_t maxFields, int3
 bool RunKindSheet(TDBManager& db, VerdalWindow window, int32_t kind, int32_t owner, const char* title) {
   ui::Host& host = ui::CurrentHost();
   if (kind == VERDAL_OPTION_FILTER) {
-    dialogs::TFilterDialog dialog(db.filters, db.store, window);
+    dialogs::TFilterDialog dialog(db.filters, db.store, window, &db.links);
     return host.RunSheet(window, dialog);
   }
   options::TBaseConfigClass* collection = engine::ConfigCollection(db, kind, owner);

@@ -36,7 +36,7 @@ VERDAL_API int32_t VERDAL_SortFlat(VerdalHandle handle, const char* name, int32_
         name != nullptr ? db.lists.FindDefinition(name, listing::DefinitionKind::kSort) : nullptr;
     if (definition == nullptr) return -2;
     std::vector<int32_t> sorted;
-    const SortResult result = listing::RunFlatSort(db.store, *definition, sorted, nullptr);
+    const SortResult result = listing::RunFlatSort(db.store, *definition, sorted, &db.links);
     if (result == SortResult::kNoStart) return 0;
     if (result == SortResult::kNoFields || countOut == nullptr || arrayOut == nullptr) return 1;
     // One slot more than the count, left unset; malloc, as every array the engine hands out.
@@ -59,7 +59,7 @@ VERDAL_API int32_t VERDAL_Sort(VerdalHandle handle, const char* name) {
     }
     const bool notify = definition->notifyControls;
     if (!MaySortTree(db)) return 0;
-    if (listing::RunTreeSort(db.store, *definition, nullptr) == SortResult::kNoStart) return 0;
+    if (listing::RunTreeSort(db.store, *definition, &db.links) == SortResult::kNoStart) return 0;
     if (notify) engine::NotifyChange(&db, db.store.currentCursor, VERDAL_NOTIFY_SHAPE_CHANGED, 0, 0, 1);
     return 1;
   });
@@ -80,7 +80,7 @@ VERDAL_API int32_t VERDAL_SortCategories(VerdalHandle handle, int32_t ascending,
       definition = listing::CategorySortDefinition(c.ascending, c.wholeDatabase || c.childrenAndSubgroups,
                                                    c.punctuation, c.wholeDatabase ? -2 : startCursor);
     }
-    return listing::RunTreeSort(db.store, definition, nullptr) == SortResult::kNoStart ? 0 : 1;
+    return listing::RunTreeSort(db.store, definition, &db.links) == SortResult::kNoStart ? 0 : 1;
   });
 }
 

@@ -1,0 +1,97 @@
+#include "engine/database_links.h"
+
+#include "engine/db_manager.h"
+#include "engine/handle_table.h"
+#include "engine/link_walk.h"
+#include "model/field_info.h"
+#include "model/fields.h"
+#include "model/node_store.h"
+#include "platform/trace.h"
+
+namespace verdal::engine {
+namespace {
+
+model::TDBFieldInfo* FieldAt(TDBManager& db, int32_t index) {
+  if (index < 0 || static_cast<size_t>(index) >= db.store.fields.size()) return nullptr;
+  return db.store.fields[static_cast<size_t>(index)].get();
+}
+
+}  // namespace
+
+bool ReadChain(TDBManager& db, int32_t fieldIndex, TDBRecursChecker& chain, const char* context) {
+  model::TDBFieldInfo* field = FieldAt(db, fieldIndex);
+  if (field == nullptr || field->type.dataType != model::kTypeLink) return false;
+  std::vector<TDBRecursChecker> chains;
+  WalkLinks(&db, chains, fieldIndex, nullptr, 0);
+  bool sound = chains.size() == 1 && !chains[0].cut && chains[0].handles.size() >= 2;
+  // A database of the chain may have been closed by a host called while it was opened.
+  for (size_t i = 0; sound && i < chains[0].handles.size(); ++i)
+    sound = Handles().Lookup(chains[0].handles[i]) != nullptr;
+  if (!sound) {
+    platform::Trace("Error in %s: Invalid Crossdata in Table '%s-->%s', Field %d.", context,
+                    db.fileName.c_str(), field->type.linkDatabase.c_str(), fieldIndex);
+    return false;
+  }
+  chain = std::move(chains[0]);
+  return true;
+}
+
+bool ResolveField(TDBManager& db, int32_t fieldIndex, TDBManager*& lastDatabase,
+                  model::TDBFieldInfo*& lastField) {
+  TDBRecursChecker chain;
+  if (!ReadChain(db, fieldIndex, chain, "ResolveField()")) return false;
+  lastDatabase = Handles().Lookup(chain.handles.back());
+  lastField = FieldAt(*lastDatabase, chain.fields.back());
+  return lastField != nullptr;
+}
+
+bool DatabaseLinks::LinkChain(const model::TDataTypeInfo& linkField, std::vector<Hop>& hops) {
+  const int32_t index = FieldIndexOf(linkField);
+  std::vector<TDBRecursChecker> chains;
+  if (index < 0) return false;
+  WalkLinks(&db_, chains, index, nullptr, 0);
+  if (chains.size() != 1 || chains[0].cut) return false;
+  hops.clear();
+  for (size_t i = 0; i < chains[0].handles.size(); ++i) {
+    TDBManager* db = Handles().Lookup(chains[0].handles[i]);
+    if (db == nullptr) return false;
+    hops.push_back(Hop{&db->links, chains[0].fields[i]});
+  }
+  return true;
+}
+
+bool DatabaseLinks::LinkTarget(const model::TDataTypeInfo& linkField, model::TLinkResolver*& database,
+                               const model::TDataTypeInfo*& field) {
+  const int32_t index = FieldIndexOf(linkField);
+  TDBManager* target = index >= 0 ? OpenLinkedDatabase(db_, index) : nullptr;
+  if (target == nullptr) return false;
+  int32_t targetIndex = -1;
+  const model::TDBFieldInfo* found = model::FieldByName(target->store, linkField.linkField.c_str(), &targetIndex);
+  if (found == nullptr) return false;
+  database = &target->links;
+  field = &found->type;
+  return true;
+}
+
+model::TDataTypeInfo* DatabaseLinks::FieldType(int32_t fieldIndex) {
+  model::TDBFieldInfo* field = FieldAt(db_, fieldIndex);
+  return field != nullptr ? &field->type : nullptr;
+}
+
+int32_t DatabaseLinks::FieldIndexOf(const model::TDataTypeInfo& type) const {
+  const auto& fields = db_.store.fields;
+  for (size_t i = 0; i < fields.size(); ++i)
+    if (&fields[i]->type == &type) return static_cast<int32_t>(i);
+  return -1;
+}
+
+bool DatabaseLinks::StoredValue(int32_t nodeId, int32_t fieldIndex, std::string& out) {
+  std::optional<std::string_view> value = model::FieldValue(db_.store, nodeId, fieldIndex);
+  if (!value) return false;
+  out.assign(*value);
+  return true;
+}
+
+std::string_view DatabaseLinks::Name() const { return db_.fileName; }
+
+}  // namespace verdal::engine
