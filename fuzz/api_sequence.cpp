@@ -221,7 +221,7 @@ void CheckSavedCopy(State& st, Slot& s) {
   CHECK(VERDAL_CloseDB(again) == 1);
 }
 
-void AddFieldOp(Input& in, Slot& s) {
+void AddFieldOp(Input& in, Slot& s, const std::string& folder) {
   TDBFieldParams p;
   std::memset(&p, 0, sizeof p);
   p.dataType = static_cast<int16_t>(in.Byte() % 9);  // 8 is no type at all
@@ -239,6 +239,13 @@ void AddFieldOp(Input& in, Slot& s) {
   p.format = (flags & 0x80) ? "%d.%m.%Y" : nullptr;
   p.initValue = (flags & 0x80) ? nullptr : Text(in);
   p.name = kNames[in.Byte() % (sizeof kNames / sizeof *kNames)];
+  // A link leads to one of the slots' files, or to one that is never there.
+  const std::string target = folder + "/db" + std::to_string(in.Byte() % (kSlots + 1)) + ".dbd";
+  if (p.dataType == 7) {
+    p.linkDatabase = target.c_str();
+    p.linkField = kNames[in.Byte() % (sizeof kNames / sizeof *kNames)];
+    p.lookInOwnFolder = in.Bit();
+  }
   int32_t index = VERDAL_AddField(s.db, &p, static_cast<int32_t>(in.Byte() % 5) - 1, in.Bit());
   if (index >= 0) {
     CHECK(index < VERDAL_GetFieldSize(s.db));
@@ -265,8 +272,8 @@ void Step(State& st) {
     return;
   }
   VerdalHandle db = s.db;
-  switch (op % 29) {
-    case 0: AddFieldOp(in, s); break;
+  switch (op % 30) {
+    case 0: AddFieldOp(in, s, st.folder); break;
     case 1: {
       int32_t parent = PickCursor(in, s);
       bool temporary = (in.Byte() % 4) == 0;
@@ -508,6 +515,28 @@ void Step(State& st) {
       else VERDAL_SortCategories(db, in.Bit(), in.Bit(), in.Bit(), PickCursor(in, s), 0, nullptr);
       break;
     }
+    case 29: {  // links: candidates come as counted; a record as node lists itself alone
+      const int32_t field = PickField(in);
+      const int32_t node = in.Bit() ? VERDAL_CURSOR_ROOT : PickCursor(in, s);
+      const char* filter = in.Bit() ? kFilters[in.Byte() % (sizeof kFilters / sizeof *kFilters)] : nullptr;
+      int32_t count = -1;
+      char** strings = nullptr;
+      int32_t* ids = nullptr;
+      TCrossInfo info;
+      if (VERDAL_GetCrossData(db, field, &count, &strings, &ids, &info, node, filter, in.Bit()) == 1) {
+        CHECK(count >= 0 && (count == 0) == (strings == nullptr) && (count == 0) == (ids == nullptr));
+        for (int32_t i = 0; i < count; ++i) CHECK(strings[i] != nullptr && std::strlen(strings[i]) < 1u << 20);
+        VERDAL_DeleteGetCrossData(count, strings, ids);
+      }
+      if (VERDAL_GetCrossInfo(db, field, &info) == 1)
+        CHECK(std::memchr(info.path, 0, sizeof info.path) != nullptr && info.fieldName[0] != '\0');
+      const VerdalHandle other = st.slots[in.Byte() % kSlots].db;
+      const int32_t exists = VERDAL_ExistsReferenceEntry(db, other, PickCursor(in, s), field);
+      CHECK(exists == 0 || exists == 1);
+      VERDAL_UpdateCrossValue(other, db, PickField(in), PickCursor(in, s), PickCursor(in, s));
+      VERDAL_SetTryResolveDBReferencesLocal(in.Bit());
+      break;
+    }
   }
 }
 
@@ -535,6 +564,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     for (Slot& s : st.slots) CheckDatabase(s);
   }
   VERDAL_SetNotification(nullptr, 0);
+  VERDAL_SetTryResolveDBReferencesLocal(0);
   VERDAL_CloseAllDBs();
   CHECK(VERDAL_GetDBCount() == 0);
   std::error_code ignored;

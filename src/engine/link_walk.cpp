@@ -44,18 +44,18 @@ TDBManager* OpenLinkedDatabase(TDBManager& db, int32_t fieldIndex) {
   const model::TDataTypeInfo* type = LinkType(db, fieldIndex);
   if (type == nullptr) return nullptr;
   const bool local = Switches().tryResolveLocally || (type->flags & 1) != 0;
-  const std::string folder = FolderOf(db.fileName);
-  std::string name = type->linkDatabase;
   if (local && !db.fileName.empty()) {
     // Databases moved together find each other again beside the one that links.
-    std::string here = folder + platform::FileNamePart(name.c_str());
-    if (here != name && (Pool().FindByName(here.c_str()) != 0 || platform::FileExists(here.c_str()))) {
-      db.store.fields[static_cast<size_t>(fieldIndex)]->type.linkDatabase = here;
-      name = std::move(here);
-    }
+    std::string here = FolderOf(db.fileName) + platform::FileNamePart(type->linkDatabase.c_str());
+    if (here != type->linkDatabase &&
+        (Pool().FindByName(here.c_str()) != 0 || platform::FileExists(here.c_str())))
+      db.store.fields[static_cast<size_t>(fieldIndex)]->type.linkDatabase = std::move(here);
   }
-  if (uint32_t h = Pool().FindByName(name.c_str())) return Handles().Lookup(h);
+  // Shown values ask at every value: a database open already is found without building a name.
+  if (uint32_t h = Pool().FindByName(type->linkDatabase.c_str())) return Handles().Lookup(h);
 
+  const std::string name = type->linkDatabase;  // the host may change fields while asked below
+  const std::string folder = FolderOf(db.fileName);
   OpenRequest r;
   r.fileName = name.c_str();
   r.search = local;

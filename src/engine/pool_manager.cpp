@@ -36,9 +36,13 @@ bool TDBPoolManager::Find(uint32_t handle) const {
 
 uint32_t TDBPoolManager::FindByName(const char* name) const {
   if (name == nullptr) return 0;
-  std::string wanted = Trimmed(name);
+  // Trimmed in place: every link value shown asks for its database by name.
+  std::string_view wanted = name;
+  const size_t first = wanted.find_first_not_of(' ');
+  wanted = first == std::string_view::npos ? std::string_view() : wanted.substr(first, wanted.find_last_not_of(' ') - first + 1);
   for (size_t i = 0; i < names_.size(); ++i)
-    if (strcasecmp(names_[i].c_str(), wanted.c_str()) == 0) return handles_[i];
+    if (names_[i].size() == wanted.size() && strncasecmp(names_[i].data(), wanted.data(), wanted.size()) == 0)
+      return handles_[i];
   return 0;
 }
 

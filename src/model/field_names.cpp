@@ -17,6 +17,7 @@ void FieldNameIndex::Build(const FieldList& fields) {
     first_.emplace(platform::NameKeyNoCase(fields[i]->name), static_cast<int32_t>(i));
   count_ = fields.size();
   built_ = true;
+  lastIndex_ = -1;
 }
 
 void FieldNameIndex::Added(const FieldList& fields, size_t index) {
@@ -30,12 +31,19 @@ void FieldNameIndex::Added(const FieldList& fields, size_t index) {
 }
 
 int32_t FieldNameIndex::Find(const FieldList& fields, std::string_view name) {
+  if (lastIndex_ >= 0 && Current(fields) && name == lastName_ &&
+      static_cast<size_t>(lastIndex_) < fields.size() && fields[static_cast<size_t>(lastIndex_)]->name == name)
+    return lastIndex_;
   for (int pass = 0; pass < 2; ++pass) {
     if (!Current(fields)) Build(fields);
     auto it = first_.find(platform::NameKeyNoCase(name));
     if (it == first_.end()) return -1;
     const auto i = static_cast<size_t>(it->second);
-    if (i < fields.size() && platform::SameNameNoCase(fields[i]->name, name)) return it->second;
+    if (i < fields.size() && platform::SameNameNoCase(fields[i]->name, name)) {
+      lastName_.assign(name);
+      lastIndex_ = it->second;
+      return it->second;
+    }
     built_ = false;  // a field was renamed or moved without notice
   }
   // Keys that agree on names the comparison tells apart: ask the comparison itself.

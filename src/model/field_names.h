@@ -29,6 +29,10 @@ class FieldNameIndex {
   bool Current(const FieldList& fields) const;
 
   std::unordered_map<std::string, int32_t> first_;  // name key -> lowest index
+  // The last name found, as written: links ask for the same name at every value they show, and
+  // its collation key costs more than the rest of the lookup.
+  std::string lastName_;
+  int32_t lastIndex_ = -1;
   size_t count_ = 0;
   unsigned generation_ = 0;
   bool built_ = false;
