@@ -4,6 +4,7 @@
 #include "engine/handle_table.h"
 #include "engine/link_walk.h"
 #include "model/field_info.h"
+#include "model/field_names.h"
 #include "model/fields.h"
 #include "model/node_store.h"
 #include "platform/trace.h"
@@ -21,18 +22,13 @@ model::TDBFieldInfo* FieldAt(TDBManager& db, int32_t index) {
 bool ReadChain(TDBManager& db, int32_t fieldIndex, TDBRecursChecker& chain, const char* context) {
   model::TDBFieldInfo* field = FieldAt(db, fieldIndex);
   if (field == nullptr || field->type.dataType != model::kTypeLink) return false;
-  std::vector<TDBRecursChecker> chains;
-  WalkLinks(&db, chains, fieldIndex, nullptr, 0);
-  bool sound = chains.size() == 1 && !chains[0].cut && chains[0].handles.size() >= 2;
-  // A database of the chain may have been closed by a host called while it was opened.
-  for (size_t i = 0; sound && i < chains[0].handles.size(); ++i)
-    sound = Handles().Lookup(chains[0].handles[i]) != nullptr;
-  if (!sound) {
+  const TDBRecursChecker* sound = db.links.SoundChain(fieldIndex);
+  if (sound == nullptr) {
     platform::Trace("Error in %s: Invalid Crossdata in Table '%s-->%s', Field %d.", context,
                     db.fileName.c_str(), field->type.linkDatabase.c_str(), fieldIndex);
     return false;
   }
-  chain = std::move(chains[0]);
+  chain = *sound;
   return true;
 }
 
@@ -45,17 +41,39 @@ bool ResolveField(TDBManager& db, int32_t fieldIndex, TDBManager*& lastDatabase,
   return lastField != nullptr;
 }
 
-bool DatabaseLinks::LinkChain(const model::TDataTypeInfo& linkField, std::vector<Hop>& hops) {
-  const int32_t index = FieldIndexOf(linkField);
+const TDBRecursChecker* DatabaseLinks::SoundChain(int32_t fieldIndex) {
+  if (fieldIndex < 0 || static_cast<size_t>(fieldIndex) >= db_.store.fields.size()) return nullptr;
+  const size_t at = static_cast<size_t>(fieldIndex);
+  if (at < kept_.size() && kept_[at].kept && kept_[at].linksEpoch == LinksEpoch() &&
+      kept_[at].fieldsEpoch == model::FieldListEpoch())
+    return &kept_[at].chain;
   std::vector<TDBRecursChecker> chains;
-  if (index < 0) return false;
-  WalkLinks(&db_, chains, index, nullptr, 0);
-  if (chains.size() != 1 || chains[0].cut) return false;
+  WalkLinks(&db_, chains, fieldIndex, nullptr, 0);
+  bool sound = chains.size() == 1 && !chains[0].cut && chains[0].handles.size() >= 2;
+  // A database of the chain may have been closed by a host called while it was opened.
+  for (size_t i = 0; sound && i < chains[0].handles.size(); ++i)
+    sound = Handles().Lookup(chains[0].handles[i]) != nullptr;
+  // The walk may have called the host, which may have changed this database's fields.
+  if (at >= db_.store.fields.size()) return nullptr;
+  if (kept_.size() < db_.store.fields.size()) kept_.resize(db_.store.fields.size());
+  KeptChain& k = kept_[at];
+  k.kept = false;
+  if (!sound) return nullptr;
+  k.chain = std::move(chains[0]);
+  k.kept = k.chain.fromPool;
+  k.linksEpoch = LinksEpoch();
+  k.fieldsEpoch = model::FieldListEpoch();
+  return &k.chain;
+}
+
+bool DatabaseLinks::LinkChain(const model::TDataTypeInfo& linkField, std::vector<Hop>& hops) {
+  const TDBRecursChecker* chain = SoundChain(FieldIndexOf(linkField));
+  if (chain == nullptr) return false;
   hops.clear();
-  for (size_t i = 0; i < chains[0].handles.size(); ++i) {
-    TDBManager* db = Handles().Lookup(chains[0].handles[i]);
+  for (size_t i = 0; i < chain->handles.size(); ++i) {
+    TDBManager* db = Handles().Lookup(chain->handles[i]);
     if (db == nullptr) return false;
-    hops.push_back(Hop{&db->links, chains[0].fields[i]});
+    hops.push_back(Hop{&db->links, chain->fields[i]});
   }
   return true;
 }

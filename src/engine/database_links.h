@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "engine/link_walk.h"
 #include "model/link_resolver.h"
 
 namespace verdal::model {
@@ -15,7 +16,6 @@ struct TDBFieldInfo;
 namespace verdal::engine {
 
 class TDBManager;
-struct TDBRecursChecker;
 
 class DatabaseLinks final : public model::TLinkResolver {
  public:
@@ -29,8 +29,22 @@ class DatabaseLinks final : public model::TLinkResolver {
   bool StoredValue(int32_t nodeId, int32_t fieldIndex, std::string& out) override;
   std::string_view Name() const override;
 
+  // The one sound chain of the link field at fieldIndex, null if the field has none. Walked anew,
+  // unless the last walk of the field went through open databases only and neither the pool, nor
+  // the resolve-locally switch, nor any database's fields have changed since: walking again would
+  // give the same chain, and every shown link value asks for it. Valid until the next call.
+  const TDBRecursChecker* SoundChain(int32_t fieldIndex);
+
  private:
+  struct KeptChain {
+    TDBRecursChecker chain;
+    bool kept = false;
+    uint64_t linksEpoch = 0;
+    uint64_t fieldsEpoch = 0;
+  };
+
   TDBManager& db_;
+  std::vector<KeptChain> kept_;  // by field index
 };
 
 // The one sound chain of the link field at fieldIndex, as every reader of a link demands it. A

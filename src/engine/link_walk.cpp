@@ -38,21 +38,31 @@ const model::TDataTypeInfo* LinkType(TDBManager& db, int32_t fieldIndex) {
   return &type;
 }
 
+uint64_t g_linksEpoch = 0;
+
 }  // namespace
 
-TDBManager* OpenLinkedDatabase(TDBManager& db, int32_t fieldIndex) {
+void LinksChanged() { ++g_linksEpoch; }
+uint64_t LinksEpoch() { return g_linksEpoch; }
+
+TDBManager* OpenLinkedDatabase(TDBManager& db, int32_t fieldIndex, bool* diskTouched) {
   const model::TDataTypeInfo* type = LinkType(db, fieldIndex);
   if (type == nullptr) return nullptr;
   const bool local = Switches().tryResolveLocally || (type->flags & 1) != 0;
   if (local && !db.fileName.empty()) {
     // Databases moved together find each other again beside the one that links.
     std::string here = FolderOf(db.fileName) + platform::FileNamePart(type->linkDatabase.c_str());
-    if (here != type->linkDatabase &&
-        (Pool().FindByName(here.c_str()) != 0 || platform::FileExists(here.c_str())))
-      db.store.fields[static_cast<size_t>(fieldIndex)]->type.linkDatabase = std::move(here);
+    if (here != type->linkDatabase) {
+      if (diskTouched != nullptr) *diskTouched = true;
+      if (Pool().FindByName(here.c_str()) != 0 || platform::FileExists(here.c_str())) {
+        db.store.fields[static_cast<size_t>(fieldIndex)]->type.linkDatabase = std::move(here);
+        db.store.fieldNames.Invalidate();  // where the link leads has changed
+      }
+    }
   }
   // Shown values ask at every value: a database open already is found without building a name.
   if (uint32_t h = Pool().FindByName(type->linkDatabase.c_str())) return Handles().Lookup(h);
+  if (diskTouched != nullptr) *diskTouched = true;
 
   const std::string name = type->linkDatabase;  // the host may change fields while asked below
   const std::string folder = FolderOf(db.fileName);
@@ -85,7 +95,8 @@ void WalkLinks(TDBManager* db, std::vector<TDBRecursChecker>& chains, int32_t fi
     const int32_t index = static_cast<int32_t>(i);
     if (fieldIndex != -1 && index != fieldIndex) continue;
     if (LinkType(*db, index) == nullptr) continue;
-    TDBManager* target = OpenLinkedDatabase(*db, index);
+    bool diskTouched = false;
+    TDBManager* target = OpenLinkedDatabase(*db, index, &diskTouched);
     const model::TDataTypeInfo* type = LinkType(*db, index);  // the host may have changed fields
     if (target == nullptr || type == nullptr) {
       Cut(chain, depth);
@@ -108,6 +119,7 @@ void WalkLinks(TDBManager* db, std::vector<TDBRecursChecker>& chains, int32_t fi
     }
     current->handles.push_back(target->Handle());
     current->fields.push_back(targetField);
+    current->fromPool = current->fromPool && !diskTouched;
     WalkLinks(target, chains, targetField, current, depth);
   }
 }

@@ -12,7 +12,16 @@ struct TDBRecursChecker {
   std::vector<uint32_t> handles;
   std::vector<int32_t> fields;
   bool cut = false;  // the chain was cut short: a database missing, a field missing, or a cycle
+  // Every database came from the pool under the name its link gives, without a look at the disk:
+  // walking the chain again gives the same chain until the pool or a field list changes.
+  bool fromPool = true;
 };
+
+// Tells the walk that the pool or the resolve-locally switch changed: chains kept from earlier
+// walks no longer hold.
+void LinksChanged();
+// Changes with every LinksChanged.
+uint64_t LinksEpoch();
 
 // Walks the link fields of db (all, or only fieldIndex when it is not -1), appending chains to
 // chains. The top call passes field -1, no chain and depth 0. A chain starts at a link field of
@@ -24,6 +33,8 @@ void WalkLinks(TDBManager* db, std::vector<TDBRecursChecker>& chains, int32_t fi
 // The database that the link field at fieldIndex of db leads to, taken from the pool or opened
 // (never created); null if it cannot be. Where local resolution applies and the database's folder
 // holds a file of that name, the field is pointed at that file from now on.
-TDBManager* OpenLinkedDatabase(TDBManager& db, int32_t fieldIndex);
+// diskTouched, where given, is set when the answer needed the disk (a look for the file beside
+// db, an open) or pointed the field elsewhere.
+TDBManager* OpenLinkedDatabase(TDBManager& db, int32_t fieldIndex, bool* diskTouched = nullptr);
 
 }  // namespace verdal::engine

@@ -5,6 +5,7 @@
 #include "engine/database_call.h"
 #include "engine/db_manager.h"
 #include "engine/handle_table.h"
+#include "engine/link_walk.h"
 #include "engine/notify.h"
 #include "platform/trace.h"
 
@@ -47,6 +48,7 @@ uint32_t TDBPoolManager::FindByName(const char* name) const {
 }
 
 uint32_t TDBPoolManager::Add(uint32_t handle) {
+  LinksChanged();
   handles_.push_back(handle);
   names_.emplace_back();
   platform::Trace("TDBPoolManager::Add: %u", handle);
@@ -55,6 +57,7 @@ uint32_t TDBPoolManager::Add(uint32_t handle) {
 
 uint32_t TDBPoolManager::Add(const char* name, uint32_t handle) {
   if (uint32_t existing = FindByName(name)) return existing;
+  LinksChanged();
   handles_.push_back(handle);
   names_.push_back(Trimmed(name != nullptr ? name : ""));
   platform::Trace("TDBPoolManager::Add: %u, %s", handle, names_.back().c_str());
@@ -65,6 +68,7 @@ bool TDBPoolManager::Remove(uint32_t handle, bool close) {
   size_t i = 0;
   while (i < handles_.size() && handles_[i] != handle) ++i;
   if (i == handles_.size()) return false;
+  LinksChanged();
   platform::Trace("TDBPoolManager::Remove: %u, %s, close=", handle, names_[i].c_str());
   handles_.erase(handles_.begin() + static_cast<std::ptrdiff_t>(i));
   names_.erase(names_.begin() + static_cast<std::ptrdiff_t>(i));
@@ -73,11 +77,13 @@ bool TDBPoolManager::Remove(uint32_t handle, bool close) {
 }
 
 void TDBPoolManager::Rename(uint32_t handle, const char* name) {
+  LinksChanged();
   for (size_t i = 0; i < handles_.size(); ++i)
     if (handles_[i] == handle) names_[i] = Trimmed(name != nullptr ? name : "");
 }
 
 void TDBPoolManager::CloseAll() {
+  LinksChanged();
   if (!handles_.empty()) platform::Trace("TDBPoolManager::CloseAll(), removing:");
   size_t i = 0;
   while (i < handles_.size()) {

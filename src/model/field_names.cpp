@@ -3,6 +3,16 @@
 #include "platform/collation.h"
 
 namespace verdal::model {
+namespace {
+uint64_t g_fieldListEpoch = 0;
+}  // namespace
+
+uint64_t FieldListEpoch() { return g_fieldListEpoch; }
+
+void FieldNameIndex::Invalidate() {
+  built_ = false;
+  ++g_fieldListEpoch;
+}
 
 bool FieldNameIndex::Current(const FieldList& fields) const {
   // The count guards against a change that was not announced; a rename is caught at the hit.
@@ -21,6 +31,7 @@ void FieldNameIndex::Build(const FieldList& fields) {
 }
 
 void FieldNameIndex::Added(const FieldList& fields, size_t index) {
+  ++g_fieldListEpoch;
   if (built_ && count_ + 1 == fields.size() && index + 1 == fields.size() &&
       generation_ == platform::CollationGeneration()) {
     first_.emplace(platform::NameKeyNoCase(fields[index]->name), static_cast<int32_t>(index));
@@ -44,7 +55,7 @@ int32_t FieldNameIndex::Find(const FieldList& fields, std::string_view name) {
       lastIndex_ = it->second;
       return it->second;
     }
-    built_ = false;  // a field was renamed or moved without notice
+    Invalidate();  // a field was renamed or moved without notice
   }
   // Keys that agree on names the comparison tells apart: ask the comparison itself.
   for (size_t i = 0; i < fields.size(); ++i)

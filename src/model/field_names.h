@@ -14,6 +14,12 @@
 
 namespace verdal::model {
 
+// Counts the announced changes of the field lists of all databases (Added, Invalidate): what is
+// worked out from field definitions across databases, such as the chains of link fields, may be
+// kept while it stands still. Whoever changes a field in place (its name, where a link leads) must
+// call Invalidate too.
+uint64_t FieldListEpoch();
+
 class FieldNameIndex {
  public:
   using FieldList = std::vector<std::unique_ptr<TDBFieldInfo>>;
@@ -22,7 +28,7 @@ class FieldNameIndex {
   int32_t Find(const FieldList& fields, std::string_view name);
   // The field at index, the last of the list, was just appended.
   void Added(const FieldList& fields, size_t index);
-  void Invalidate() { built_ = false; }
+  void Invalidate();
 
  private:
   void Build(const FieldList& fields);

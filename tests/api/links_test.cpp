@@ -123,9 +123,19 @@ TEST_F(Links, ChainShowsComparesAndFiltersByTheFarValue) {
   EXPECT_EQ(list[0], inBonn);
   VERDAL_GetCategoryDeleteChildList(list);
 
-  // An edit at the far end is seen at once at the near end.
+  // An edit at the far end is seen at once at the near end, and so is a new field before the
+  // one shown, and the far database closed (the link opens it again).
   ASSERT_EQ(VERDAL_SetData(c, 0, "Hamburg", bonn, 0, nullptr, nullptr), 1);
   EXPECT_EQ(Shown(a, 0, toBonn), "Hamburg");
+  ASSERT_EQ(VERDAL_EmptyData(b, 0), 1);  // b anew, its link to c's name now second
+  AddLink(b, "Punkte", dir / "c.dbd", "Zahl");
+  AddLink(b, "Ort", dir / "c.dbd", "Name");
+  const int32_t renewed = Add(b, {std::to_string(kiel).c_str(), std::to_string(bonn).c_str()});
+  ASSERT_EQ(VERDAL_SetData(a, 0, std::to_string(renewed).c_str(), toBonn, 0, nullptr, nullptr), 1);
+  EXPECT_EQ(Shown(a, 0, toBonn), "Hamburg");
+  ASSERT_EQ(VERDAL_CloseDB(b), 1);
+  EXPECT_EQ(Shown(a, 0, toBonn), "Hamburg");
+  EXPECT_EQ(VERDAL_GetDBCount(), 3);
 }
 
 TEST_F(Links, CandidatesComeFromTheEndOfTheChain) {

@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "engine/api/api_frame.h"
+#include "engine/link_walk.h"
 #include "engine/pool_manager.h"
 #include "engine/settings.h"
 #include "ui/host.h"
@@ -52,6 +53,7 @@ VERDAL_API void VERDAL_SetNumericTPoints(int32_t enable, int32_t onlyWithDecimal
 
 VERDAL_API void VERDAL_SetTryResolveDBReferencesLocal(int32_t enable) {
   Switches().tryResolveLocally = enable != 0;
+  verdal::engine::LinksChanged();
 }
 
 }  // extern "C"
