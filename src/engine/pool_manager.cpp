@@ -40,9 +40,11 @@ uint32_t TDBPoolManager::FindByName(const char* name) const {
   // Trimmed in place: every link value shown asks for its database by name.
   std::string_view wanted = name;
   const size_t first = wanted.find_first_not_of(' ');
-  wanted = first == std::string_view::npos ? std::string_view() : wanted.substr(first, wanted.find_last_not_of(' ') - first + 1);
+  wanted = first == std::string_view::npos ? wanted.substr(0, 0)
+                                            : wanted.substr(first, wanted.find_last_not_of(' ') - first + 1);
   for (size_t i = 0; i < names_.size(); ++i)
-    if (names_[i].size() == wanted.size() && strncasecmp(names_[i].data(), wanted.data(), wanted.size()) == 0)
+    if (names_[i].size() == wanted.size() &&
+        (wanted.empty() || strncasecmp(names_[i].data(), wanted.data(), wanted.size()) == 0))
       return handles_[i];
   return 0;
 }
