@@ -290,6 +290,7 @@ void ClearStore(NodeStore& store, bool keepDefinitions) {
   store.categories.Clear();
   store.data.Clear();
   store.places.Clear();
+  ClearIdentities(store);
   for (auto& view : store.views) view->Clear();
   store.arena.reset();
 }
