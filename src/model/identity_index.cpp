@@ -26,25 +26,31 @@ uint32_t IdentityHash(std::string_view text) {
 }
 
 TIdentityIndex::TIdentityIndex(const NodeStore& owner, uint32_t bucketCount)
-    : owner_(owner), buckets_(std::max(bucketCount, 1u)) {}
+    : owner_(owner), heads_(std::max(bucketCount, 1u), -1) {}
 
 void TIdentityIndex::Clear() {
-  for (auto& bucket : buckets_) bucket.clear();
+  std::fill(heads_.begin(), heads_.end(), -1);
+  std::vector<Entry>().swap(entries_);
 }
 
 void TIdentityIndex::Build() {
   Clear();
+  entries_.reserve(owner_.data.Count());
   owner_.data.ForEach([&](int32_t id, const TDBDataRecord*) {
-    TIdentityItem item{id, &owner_, nullptr};
-    buckets_[BucketOf(item.Key())].push_front(item);
+    const TIdentityItem item{id, &owner_, nullptr};
+    int32_t& head = heads_[BucketOf(item.Key())];
+    entries_.push_back(Entry{item, head});
+    head = static_cast<int32_t>(entries_.size() - 1);
   });
 }
 
 std::optional<int32_t> TIdentityIndex::Find(const char* text) const {
   const TIdentityItem probe{-1, &owner_, text != nullptr ? text : ""};
   const std::string_view key = probe.Key();
-  for (const TIdentityItem& item : buckets_[BucketOf(key)])
+  for (int32_t at = heads_[BucketOf(key)]; at >= 0; at = entries_[static_cast<size_t>(at)].next) {
+    const TIdentityItem& item = entries_[static_cast<size_t>(at)].item;
     if (item.Key() == key) return item.recordNumber;
+  }
   return std::nullopt;
 }
 

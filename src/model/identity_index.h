@@ -5,7 +5,6 @@
 // bucket of the old one. Nothing keeps the table current; a host builds it when it wants it right.
 #include <cstddef>
 #include <cstdint>
-#include <forward_list>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -30,10 +29,8 @@ uint32_t IdentityHash(std::string_view text);
 
 class TIdentityIndex {
  public:
-  // The bucket count is fixed here, for good.
+  // The bucket count is fixed here, for good (at least 1).
   TIdentityIndex(const NodeStore& owner, uint32_t bucketCount);
-
-  uint32_t BucketCount() const { return static_cast<uint32_t>(buckets_.size()); }
 
   // Drops every entry; the buckets stay.
   void Clear();
@@ -41,14 +38,21 @@ class TIdentityIndex {
   // of two records with the same identity the one met last is found.
   void Build();
   // The data id of the first entry in the text's bucket whose key equals it exactly; none if no
-  // key does.
+  // key does. A null text is the empty one.
   std::optional<int32_t> Find(const char* text) const;
 
  private:
-  size_t BucketOf(std::string_view key) const { return IdentityHash(key) % buckets_.size(); }
+  // Entries lie in one array and link by index: a build makes one allocation, not one per record.
+  struct Entry {
+    TIdentityItem item;
+    int32_t next;  // the entry entered before it in its bucket, -1 at the end
+  };
+
+  size_t BucketOf(std::string_view key) const { return IdentityHash(key) % heads_.size(); }
 
   const NodeStore& owner_;
-  std::vector<std::forward_list<TIdentityItem>> buckets_;
+  std::vector<int32_t> heads_;  // per bucket the entry entered last, -1 for none
+  std::vector<Entry> entries_;
 };
 
 // The operations on a store's index as the interface offers them.

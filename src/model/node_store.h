@@ -11,16 +11,18 @@
 #include "model/field_info.h"
 #include "model/field_names.h"
 #include "model/id_map.h"
-#include "model/identity_index.h"
 #include "model/records.h"
 #include "model/view.h"
 #include "memory/page_arena.h"
 
 namespace verdal::model {
 
+class TIdentityIndex;
+
 class NodeStore {
  public:
   explicit NodeStore(int32_t sizeClass);
+  ~NodeStore();  // where the identity index is complete
 
   int32_t sizeClass;
   // Holds the objects a load made; it outlives them, being declared before the maps and views.
