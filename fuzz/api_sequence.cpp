@@ -530,7 +530,7 @@ void Step(State& st) {
           VERDAL_FindIdentity(db, in.Bit() ? Text(in) : nullptr, in.Bit() ? &number : nullptr);
           break;
         default:
-          if (has) VERDAL_FindIdentity(db, identifier, &number);
+          VERDAL_FindIdentity(db, has ? identifier : Text(in), &number);
           break;
       }
       CHECK(VERDAL_GetLastError() == 0);  // not finding is no error
