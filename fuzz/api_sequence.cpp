@@ -1,7 +1,8 @@
 // Arbitrary bytes as a sequence of calls on the C interface, the way a host makes them: a few
 // databases in memory and in files of a fresh folder, fields of every type, records and categories
 // added, changed, moved, sought and deleted, views, tree walks, child lists, filters, passwords,
-// saves and loads, and a notification callback that calls back in when the input says so.
+// saves and loads, identity searches, and a notification callback that calls back in when the
+// input says so.
 // After each call the harness checks what the interface promises a host; a broken promise traps.
 #include <algorithm>
 #include <stdlib.h>
@@ -272,7 +273,7 @@ void Step(State& st) {
     return;
   }
   VerdalHandle db = s.db;
-  switch (op % 30) {
+  switch (op % 31) {
     case 0: AddFieldOp(in, s, st.folder); break;
     case 1: {
       int32_t parent = PickCursor(in, s);
@@ -535,6 +536,33 @@ void Step(State& st) {
       CHECK(exists == 0 || exists == 1);
       VERDAL_UpdateCrossValue(other, db, PickField(in), PickCursor(in, s), PickCursor(in, s));
       VERDAL_SetTryResolveDBReferencesLocal(in.Bit());
+      break;
+    }
+    case 30: {  // identities: a build finds every record, a cleared index none
+      const uint8_t b = in.Byte();
+      const int32_t cursor = PickCursor(in, s);
+      char identifier[37];
+      const bool has = VERDAL_GetInternalData(db, cursor, nullptr, nullptr, nullptr, identifier) == 1;
+      int32_t number = -7;
+      switch (b % 4) {
+        case 0:
+          CHECK(VERDAL_InitIdentity(db) == 1);
+          if (has) CHECK(VERDAL_FindIdentity(db, identifier, &number) == 1 && number >= 0);
+          break;
+        case 1:
+          VERDAL_FindIdentity(db, Text(in), nullptr);  // makes the index if there is none
+          CHECK(VERDAL_ClearIdentity(db) == 1);
+          if (has) CHECK(VERDAL_FindIdentity(db, identifier, &number) == 0 && number == -7);
+          break;
+        case 2:  // an identity changed under the index, whose entry stays in the old bucket
+          if (has) VERDAL_SetInternalData(db, cursor, nullptr, nullptr, nullptr, Text(in));
+          VERDAL_FindIdentity(db, in.Bit() ? Text(in) : nullptr, in.Bit() ? &number : nullptr);
+          break;
+        default:
+          VERDAL_FindIdentity(db, has ? identifier : Text(in), &number);
+          break;
+      }
+      CHECK(VERDAL_GetLastError() == 0);  // not finding is no error
       break;
     }
   }

@@ -513,6 +513,21 @@ VERDAL_API int32_t VERDAL_SetPWDAndCompression(VerdalHandle db, const char* pass
 VERDAL_API int32_t VERDAL_ConfigurePWDAndCompression(VerdalHandle db, VerdalWindow window,
                                                      char* password, int32_t* compress);
 
+/* Identities. An index finds a data record by its identity (the text VERDAL_GetInternalData
+ * reads). It is what the last VERDAL_InitIdentity made of the records then present: records added
+ * later are not in it, deleted ones are passed over, and a record whose identity was changed since
+ * is usually found by neither text. It is emptied with the data (VERDAL_EmptyData, every load) and
+ * never saved. */
+/* Builds the index anew. 1, or 0 with last error 1. */
+VERDAL_API int32_t VERDAL_InitIdentity(VerdalHandle db);
+/* Empties the index until the next VERDAL_InitIdentity. 1, or 0 with last error 1. */
+VERDAL_API int32_t VERDAL_ClearIdentity(VerdalHandle db);
+/* 1 with the data id of the record whose identity is text (exact, case counts; null is the empty
+ * text) in recordNumber, which may be null; a data id is no cursor. 0 with last error 0 when none
+ * is found, 0 with last error 1 for a bad handle. A database without an index gets one built first;
+ * an emptied one finds nothing. */
+VERDAL_API int32_t VERDAL_FindIdentity(VerdalHandle db, const char* text, int32_t* recordNumber);
+
 /* Additions for hosts on this platform. */
 typedef void (*VerdalTraceFn)(const char* line);
 /* The diagnostic trace goes to this function; null discards it (the default, unless the

@@ -3,6 +3,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "model/identity_index.h"
 #include "platform/clock.h"
 #include "platform/collation.h"
 #include "platform/guid.h"
@@ -14,6 +15,8 @@ NodeStore::NodeStore(int32_t sizeClassIn)
   views.reserve(2);
   views.push_back(std::make_unique<TDBNodeManagerItem>(std::string(), kModeBoth, rootExpanded));
 }
+
+NodeStore::~NodeStore() = default;
 
 TDBNodeManagerItem* NodeStore::View(int32_t index) {
   if (index < 0 || static_cast<size_t>(index) >= views.size()) return nullptr;
@@ -290,6 +293,7 @@ void ClearStore(NodeStore& store, bool keepDefinitions) {
   store.categories.Clear();
   store.data.Clear();
   store.places.Clear();
+  ClearIdentities(store);
   for (auto& view : store.views) view->Clear();
   store.arena.reset();
 }

@@ -17,9 +17,12 @@
 
 namespace verdal::model {
 
+class TIdentityIndex;
+
 class NodeStore {
  public:
   explicit NodeStore(int32_t sizeClass);
+  ~NodeStore();  // where the identity index is complete
 
   int32_t sizeClass;
   // Holds the objects a load made; it outlives them, being declared before the maps and views.
@@ -27,6 +30,8 @@ class NodeStore {
   TDBIdMap<TDBCategoryRecord> categories;
   TDBIdMap<TDBDataRecord> data;
   TDBIdMap<TDBCategoryData> places;
+  // Made by the first build or search of identities; emptied with the store, never saved.
+  std::unique_ptr<TIdentityIndex> identities;
   std::vector<std::unique_ptr<TDBNodeManagerItem>> views;
   std::vector<std::unique_ptr<TDBFieldInfo>> fields;
   // Names of the fields for lookup; told of every change of the list (model/fields.h does so).
@@ -120,8 +125,8 @@ void DropData(NodeStore& store, int32_t dataId, bool onlyIfUnreferenced);
 // Compaction, numbering and depths of every view.
 void Renumber(NodeStore& store);
 
-// Destroys every stored object and empties every view's tree; views and id counters survive.
-// Without keepDefinitions the fields go as well.
+// Destroys every stored object and empties every view's tree and the identity index; views, id
+// counters and the index's buckets survive. Without keepDefinitions the fields go as well.
 void ClearStore(NodeStore& store, bool keepDefinitions);
 
 // The place's category id and is-category flag as notifications report them: for a record the
