@@ -98,17 +98,11 @@ sqlite3* Peer() {
     sqlite3_open(":memory:", &db);
     sqlite3_exec(db, "CREATE TABLE records(id INTEGER PRIMARY KEY, name TEXT, preis REAL); BEGIN", nullptr,
                  nullptr, nullptr);
-    sqlite3_stmt* ins = nullptr;
-    sqlite3_prepare_v2(db, "INSERT INTO records VALUES(?,?,?)", -1, &ins, nullptr);
-    for (int i = 0; i < kRecords; ++i) {
-      std::string name = NameOf(i);
+    bench_support::InsertRows(db, "INSERT INTO records VALUES(?,?,?)", kRecords, [](sqlite3_stmt* ins, int i) {
       sqlite3_bind_int(ins, 1, i);
-      sqlite3_bind_text(ins, 2, name.c_str(), -1, SQLITE_TRANSIENT);
+      sqlite3_bind_text(ins, 2, NameOf(i).c_str(), -1, SQLITE_TRANSIENT);
       sqlite3_bind_double(ins, 3, std::stod(PriceOf(i)));
-      sqlite3_step(ins);
-      sqlite3_reset(ins);
-    }
-    sqlite3_finalize(ins);
+    });
     sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
     return db;
   }();

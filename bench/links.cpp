@@ -12,9 +12,12 @@
 
 #if VERDAL_HAVE_SQLITE
 #include <sqlite3.h>
+
+#include "support/sqlite_ids.h"
 #endif
 
 #include "support/best_time.h"
+#include "support/big_database.h"
 #include "verdal.h"
 
 namespace {
@@ -24,17 +27,6 @@ constexpr int kTargets = 100000;
 
 std::string NameOf(int i) { return "Kunde " + std::to_string(i * 7919LL % 1000003); }
 int TargetOf(int i) { return static_cast<int>(i * 48271LL % kTargets); }
-
-TDBFieldParams Field(const char* name, int16_t type) {
-  TDBFieldParams p;
-  std::memset(&p, 0, sizeof p);
-  p.dataType = type;
-  p.maxChars = -1;
-  p.allowEmpty = 1;
-  p.allowDuplicates = 1;
-  p.name = name;
-  return p;
-}
 
 const std::string& TargetPath() {
   static const std::string path =
@@ -52,13 +44,13 @@ const Linked& Databases() {
     Linked l;
     const std::string path = TargetPath();
     VerdalHandle far = VERDAL_OpenDB(path.c_str(), nullptr, 1, 0, nullptr, 2, 0, 0);
-    TDBFieldParams name = Field("Name", 0);
+    TDBFieldParams name = bench_support::FieldRecord("Name", 0);
     VERDAL_AddField(far, &name, -1, 1);
     std::vector<int32_t> targets(kTargets);
     for (int i = 0; i < kTargets; ++i)
       targets[static_cast<size_t>(i)] = VERDAL_AddRecord(far, VERDAL_CURSOR_ROOT, "", 0, NameOf(i).c_str(), 0, 0, nullptr);
     l.near = VERDAL_OpenDB(nullptr, nullptr, 1, 0, nullptr, 3, 0, 0);
-    TDBFieldParams link = Field("Kunde", 7);
+    TDBFieldParams link = bench_support::FieldRecord("Kunde", 7);
     link.linkDatabase = path.c_str();
     link.linkField = "Name";
     VERDAL_AddField(l.near, &link, -1, 1);
@@ -91,24 +83,14 @@ sqlite3* Peer() {
     sqlite3_open(":memory:", &db);
     sqlite3_exec(db, "CREATE TABLE b(id INTEGER PRIMARY KEY, name TEXT); CREATE TABLE a(id INTEGER PRIMARY KEY, link INTEGER); BEGIN",
                  nullptr, nullptr, nullptr);
-    sqlite3_stmt* ins = nullptr;
-    sqlite3_prepare_v2(db, "INSERT INTO b VALUES(?,?)", -1, &ins, nullptr);
-    for (int i = 0; i < kTargets; ++i) {
-      const std::string name = NameOf(i);
+    bench_support::InsertRows(db, "INSERT INTO b VALUES(?,?)", kTargets, [](sqlite3_stmt* ins, int i) {
       sqlite3_bind_int(ins, 1, i);
-      sqlite3_bind_text(ins, 2, name.c_str(), -1, SQLITE_TRANSIENT);
-      sqlite3_step(ins);
-      sqlite3_reset(ins);
-    }
-    sqlite3_finalize(ins);
-    sqlite3_prepare_v2(db, "INSERT INTO a VALUES(?,?)", -1, &ins, nullptr);
-    for (int i = 0; i < kRecords; ++i) {
+      sqlite3_bind_text(ins, 2, NameOf(i).c_str(), -1, SQLITE_TRANSIENT);
+    });
+    bench_support::InsertRows(db, "INSERT INTO a VALUES(?,?)", kRecords, [](sqlite3_stmt* ins, int i) {
       sqlite3_bind_int(ins, 1, i);
       sqlite3_bind_int(ins, 2, TargetOf(i));
-      sqlite3_step(ins);
-      sqlite3_reset(ins);
-    }
-    sqlite3_finalize(ins);
+    });
     sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
     return db;
   }();

@@ -79,20 +79,14 @@ sqlite3* Peer() {
     sqlite3_open(":memory:", &db);
     sqlite3_exec(db, "CREATE TABLE t(id INTEGER PRIMARY KEY, name TEXT, preis REAL, datum TEXT); BEGIN", nullptr,
                  nullptr, nullptr);
-    sqlite3_stmt* ins = nullptr;
-    sqlite3_prepare_v2(db, "INSERT INTO t VALUES(?,?,?,?)", -1, &ins, nullptr);
-    char date[16];
-    for (int i = 0; i < kRecords; ++i) {
-      const std::string name = NameOf(i);
+    bench_support::InsertRows(db, "INSERT INTO t VALUES(?,?,?,?)", kRecords, [](sqlite3_stmt* ins, int i) {
+      char date[16];
       std::snprintf(date, sizeof date, "%04d-%02d-%02d", YearOf(i), MonthOf(i), DayOf(i));
       sqlite3_bind_int(ins, 1, i);
-      sqlite3_bind_text(ins, 2, name.c_str(), -1, SQLITE_TRANSIENT);
+      sqlite3_bind_text(ins, 2, NameOf(i).c_str(), -1, SQLITE_TRANSIENT);
       sqlite3_bind_double(ins, 3, PriceOf(i) + 0.5);
       sqlite3_bind_text(ins, 4, date, -1, SQLITE_TRANSIENT);
-      sqlite3_step(ins);
-      sqlite3_reset(ins);
-    }
-    sqlite3_finalize(ins);
+    });
     sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
     return db;
   }();

@@ -13,20 +13,26 @@ namespace bench_support {
 constexpr int kCategories = 1000;
 constexpr int kFields = 10;
 
+// A field record with the defaults a new field has.
+inline TDBFieldParams FieldRecord(const char* name, int16_t type) {
+  TDBFieldParams p;
+  std::memset(&p, 0, sizeof p);
+  p.dataType = type;
+  p.maxChars = -1;
+  p.decimals = 2;
+  p.allowEmpty = 1;
+  p.allowDuplicates = 1;
+  p.name = name;
+  return p;
+}
+
 inline VerdalHandle NewDatabaseWithFields(const char* fileName = nullptr) {
   VerdalHandle db = VERDAL_OpenDB(fileName, nullptr, 1, 0, nullptr, 3, 0, 0);
   const struct { const char* name; int16_t type; } fields[kFields] = {
       {"Name", 0}, {"Vorname", 0}, {"Ort", 0}, {"Strasse", 0}, {"Preis", 1},
       {"Menge", 1}, {"Datum", 5},  {"Zeit", 4}, {"Aktiv", 2},   {"Bezahlt", 2}};
   for (const auto& f : fields) {
-    TDBFieldParams p;
-    std::memset(&p, 0, sizeof p);
-    p.dataType = f.type;
-    p.maxChars = -1;
-    p.decimals = 2;
-    p.allowEmpty = 1;
-    p.allowDuplicates = 1;
-    p.name = f.name;
+    TDBFieldParams p = FieldRecord(f.name, f.type);
     VERDAL_AddField(db, &p, -1, 1);
   }
   return db;

@@ -8,6 +8,19 @@
 
 namespace bench_support {
 
+// Inserts count rows with one prepared statement: bind(statement, i) binds row i's values.
+template <class Bind>
+void InsertRows(sqlite3* db, const char* sql, int count, Bind&& bind) {
+  sqlite3_stmt* ins = nullptr;
+  sqlite3_prepare_v2(db, sql, -1, &ins, nullptr);
+  for (int i = 0; i < count; ++i) {
+    bind(ins, i);
+    sqlite3_step(ins);
+    sqlite3_reset(ins);
+  }
+  sqlite3_finalize(ins);
+}
+
 inline int64_t SelectIds(sqlite3* db, const char* sql) {
   std::vector<int32_t> ids;
   sqlite3_stmt* q = nullptr;
