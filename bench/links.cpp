@@ -120,7 +120,7 @@ int main(int argc, char** argv) {
   bench_support::PrintRatio("link values / sqlite join", "verdal", "sqlite", 28);
   VERDAL_CloseAllDBs();
   std::filesystem::remove(TargetPath());
-  std::filesystem::remove(TargetPath() + ".bak");
+  std::filesystem::remove(std::filesystem::path(TargetPath()).replace_extension(".bak"));  // its backup
   benchmark::Shutdown();
   return 0;
 }
