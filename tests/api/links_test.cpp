@@ -111,6 +111,10 @@ TEST_F(Links, ChainShowsComparesAndFiltersByTheFarValue) {
   ASSERT_EQ(VERDAL_GetFieldInfo(b, 1, &near, &far), 1);
   EXPECT_EQ(near.dataType * 10 + far.dataType, 71);  // the far field's type
   EXPECT_STREQ(far.name, "Zahl");
+  ListDisplayFieldRecord column{}, nameColumn{};
+  ASSERT_EQ(VERDAL_GetListDisplayFieldInfo(b, nullptr, 1, &column), 1);
+  ASSERT_EQ(VERDAL_GetListDisplayFieldInfo(b, nullptr, 0, &nameColumn), 1);
+  EXPECT_EQ(column.alignment * 10 + nameColumn.alignment, 10);  // aligned as the far field
 
   // A filter on a link compares what it shows: quoted as text for a name, as a number for Zahl.
   const std::string byName = VERDAL_GetInternalParseString(a, 0, "Kiel", 0);
