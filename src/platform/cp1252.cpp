@@ -1,6 +1,7 @@
 #include "platform/cp1252.h"
 
 #include <array>
+#include <cstdint>
 
 namespace verdal::cp1252 {
 namespace {
@@ -39,6 +40,89 @@ void ToUpper(char* text, size_t length) {
 char16_t ToUtf16(char c) {
   const auto b = static_cast<unsigned char>(c);
   return (b >= 0x80 && b <= 0x9F) ? kHighControls[b - 0x80] : static_cast<char16_t>(b);
+}
+
+}  // namespace verdal::cp1252
+
+namespace verdal::cp1252 {
+namespace {
+
+// Decodes one UTF-8 sequence at text[i]; -1 for a malformed one (which then takes one byte).
+int32_t DecodeUtf8(std::string_view text, size_t& i) {
+  const auto b0 = static_cast<unsigned char>(text[i]);
+  if (b0 < 0x80) {
+    ++i;
+    return b0;
+  }
+  int length = b0 >= 0xF0 ? 4 : b0 >= 0xE0 ? 3 : b0 >= 0xC2 ? 2 : 0;
+  if (length == 0 || b0 > 0xF4 || i + length > text.size()) {
+    ++i;
+    return -1;
+  }
+  int32_t code = b0 & (0x7F >> length);
+  for (int k = 1; k < length; ++k) {
+    const auto b = static_cast<unsigned char>(text[i + k]);
+    if ((b & 0xC0) != 0x80) {
+      ++i;
+      return -1;
+    }
+    code = (code << 6) | (b & 0x3F);
+  }
+  // Overlong forms, surrogates and code points past Unicode are not UTF-8.
+  static constexpr int32_t kMinimum[5] = {0, 0, 0x80, 0x800, 0x10000};
+  if (code < kMinimum[length] || (code >= 0xD800 && code <= 0xDFFF) || code > 0x10FFFF) {
+    ++i;
+    return -1;
+  }
+  i += static_cast<size_t>(length);
+  return code;
+}
+
+int FromCodePoint(int32_t code) {
+  if (code < 0x80 || (code >= 0xA0 && code <= 0xFF)) return code;
+  for (int k = 0; k < 32; ++k)
+    if (kHighControls[k] == code) return 0x80 + k;
+  return -1;
+}
+
+void AppendUtf8(int32_t code, std::string& out) {
+  if (code < 0x80) {
+    out += static_cast<char>(code);
+  } else if (code < 0x800) {
+    out += static_cast<char>(0xC0 | (code >> 6));
+    out += static_cast<char>(0x80 | (code & 0x3F));
+  } else {
+    out += static_cast<char>(0xE0 | (code >> 12));
+    out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (code & 0x3F));
+  }
+}
+
+}  // namespace
+
+bool FromUtf8(std::string_view utf8, std::string& out) {
+  out.clear();
+  out.reserve(utf8.size());
+  bool whole = true;
+  for (size_t i = 0; i < utf8.size();) {
+    const int32_t code = DecodeUtf8(utf8, i);
+    const int byte = code < 0 ? -1 : FromCodePoint(code);
+    if (byte < 0) whole = false;
+    out += static_cast<char>(byte < 0 ? '?' : byte);
+  }
+  return whole;
+}
+
+void ToUtf8(std::string_view text, std::string& out) {
+  out.clear();
+  out.reserve(text.size() + text.size() / 8);
+  for (char c : text) AppendUtf8(ToUtf16(c), out);
+}
+
+bool IsUtf8(std::string_view bytes) {
+  for (size_t i = 0; i < bytes.size();)
+    if (DecodeUtf8(bytes, i) < 0) return false;
+  return true;
 }
 
 }  // namespace verdal::cp1252

@@ -4,6 +4,7 @@
 // Unicode.
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace verdal::cp1252 {
 
@@ -17,5 +18,19 @@ inline void ToUpper(std::string& text) { ToUpper(text.data(), text.size()); }
 // The Unicode code point of a 1252 character. The five unassigned bytes map to the C1 controls of
 // the same value, as the system's own conversion does.
 char16_t ToUtf16(char c);
+
+}  // namespace verdal::cp1252
+
+namespace verdal::cp1252 {
+
+// UTF-8 to code page 1252. A character the code page lacks becomes '?', and so does a byte that
+// is no UTF-8; the result says whether everything had its own form.
+bool FromUtf8(std::string_view utf8, std::string& out);
+
+// Code page 1252 to UTF-8; every byte has a form.
+void ToUtf8(std::string_view text, std::string& out);
+
+// Whether the bytes are well-formed UTF-8 (plain ASCII is).
+bool IsUtf8(std::string_view bytes);
 
 }  // namespace verdal::cp1252
