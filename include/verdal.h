@@ -528,6 +528,40 @@ VERDAL_API int32_t VERDAL_ClearIdentity(VerdalHandle db);
  * an emptied one finds nothing. */
 VERDAL_API int32_t VERDAL_FindIdentity(VerdalHandle db, const char* text, int32_t* recordNumber);
 
+/* Import and SQL links. The gateway modules libverdal_sqlbridge.so and libverdal_mysqlgate.so
+ * are loaded from the folder of libverdal.so (VERDAL_GATEWAY_DIR overrides it). */
+typedef void (*VerdalProgressFn)(int32_t percent);
+enum {
+  VERDAL_IMPORT_RAW = 0x100,            /* values are stored as they come, unconverted */
+  VERDAL_IMPORT_CONFIGURE_ONLY = 0x400  /* the bridge only configures; nothing is read */
+};
+/* Reads input (an ".imp" definition, or a .csv/.txt/.tab/.tsv/.asc file taken whole with a column
+ * line, option then giving the mode 0 to 3) through the bridge. Mode 0 replaces fields and records,
+ * 1 updates records named in a "ZEPNODEID" column and adds the others, 2 adds under the categories
+ * of matching paths, 3 replaces and stays linked: every later added, changed and deleted record is
+ * written to the source first. mapper null takes VERDAL_SetPathMapper's; progress (may be null)
+ * gets 0 at start and end and the share of rows done between. fieldCount names1[i] names2[i]
+ * take only these source columns, renamed. extra and reserved go to the bridge unseen (0).
+ * outCount (may be null) gets the number of records made; when above 0, *outCursors a new array
+ * of their cursors in depth-first order, released with VERDAL_GetCategoryDeleteChildList.
+ * 1 on success; 0 with last error 1, 14 (no bridge), 15 (the bridge failed: the source cannot be
+ * read, the server refused), 16 or 17 (no exchange file; one that is empty, cut short or damaged),
+ * or 0 with last error 0 when a column matches no field in modes 1 and 2. On every failure the
+ * database is as it was. */
+VERDAL_API int32_t VERDAL_Import(VerdalHandle handle, const char* input, intptr_t extra,
+                                 VerdalPathMapperFn mapper, VerdalProgressFn progress,
+                                 intptr_t option, int32_t flags, int32_t* outCount,
+                                 int32_t** outCursors, int32_t fieldCount,
+                                 const char* const* names1, const char* const* names2,
+                                 intptr_t reserved);
+/* A statement on the MariaDB or MySQL server a database is linked to: a1 the statement with ?
+ * placeholders, a2 an array of a3 parameter texts (may be null), a4 a buffer of a5 bytes for the
+ * first column of the first row (may be null), a6 an int32_t* for the affected rows (may be null).
+ * The gateway's result (1 done, 0 refused); 0 with last error 1 for an unknown handle and 0 with
+ * last error 0 for a database not linked to such a server. */
+VERDAL_API int32_t VERDAL_ExecSQL(VerdalHandle handle, intptr_t a1, intptr_t a2, intptr_t a3,
+                                  intptr_t a4, intptr_t a5, intptr_t a6);
+
 /* Additions for hosts on this platform. */
 typedef void (*VerdalTraceFn)(const char* line);
 /* The diagnostic trace goes to this function; null discards it (the default, unless the

@@ -8,7 +8,9 @@
 
 #include "engine/file_passwords.h"
 #include "engine/handle_table.h"
+#include "engine/import.h"
 #include "engine/last_error.h"
+#include "engine/linked_table.h"
 #include "engine/pool_manager.h"
 #include "io/memfile.h"
 #include "platform/clock.h"
@@ -118,8 +120,11 @@ bool WriteInPlace(const std::string& name, TMemFile& image) {
 }  // namespace
 
 void TDBManager::Close() {
-  if (dirty && saveOnClose) SafeSave();
-  sqlLink.connection = 0;
+  if (dirty) {
+    WriteBackImportSource(*this);
+    if (saveOnClose) SafeSave();
+  }
+  CloseLinkedTable(*this);
   file.reset();
   if (!temporaryName.empty() && platform::FileExists(temporaryName.c_str()))
     platform::WipeFile(temporaryName.c_str());
@@ -199,9 +204,14 @@ bool TDBManager::Open(const char* name, bool create, bool readOnlyIn, bool refus
     }
   }
   if (platform::HasExtension(name, ".imp")) {
-    // Import definitions open through the import gateway, which this build does not have.
-    platform::Trace("TDBManager::Open failed for '%s'", name);
-    return false;
+    // An import definition opens as what it imports; its file is never written as a database.
+    importLink.active = true;
+    fileName = name;
+    ImportRequest request;
+    request.input = name;
+    if (Import(*this, request) == 0) return false;
+    platform::FileTime(name, fileTime);
+    return true;
   }
   if (readOnlyIn) create = false;
   if (!exists && !create) {

@@ -7,6 +7,7 @@
 #include "engine/handle_table.h"
 #include "engine/link_walk.h"
 #include "engine/notify.h"
+#include "exchange/gateways.h"
 #include "platform/trace.h"
 
 namespace verdal::engine {
@@ -142,7 +143,11 @@ __attribute__((constructor)) void OnLoad() {
 }
 
 // Library unload (or process exit): a host that closes nothing still gets everything saved.
-__attribute__((destructor)) void OnUnload() { Pool().CloseAll(); }
+// Databases close first: their links end through the gateways, which go last.
+__attribute__((destructor)) void OnUnload() {
+  Pool().CloseAll();
+  exchange::UnloadGateways();
+}
 
 }  // namespace
 

@@ -33,15 +33,12 @@ TDBCategoryData* ParentPlace(NodeStore& store, int32_t resolved) {
 }
 
 // Removes one place and its data for good; false (code 23) when its table row cannot go.
-bool RemovePlace(TDBManager& db, TDBCategoryData* place) {
+bool RemovePlace(TDBManager& db, TDBCategoryData* place, VerdalWindow window) {
   NodeStore& store = db.store;
   TDBDataRecord* data = DataOf(store, place);
-  if (!place->isCategory && data != nullptr) {
-    if (!DeleteLinkedRow(db, *data)) {
-      SetLastError(VERDAL_ERR_SQL_DELETE);
-      return false;
-    }
-    if (db.importLink.writeBack) db.importLink.deletedRows.push_back(data->externalRow);
+  if (!place->isCategory && data != nullptr && !DeleteLinkedRow(db, *data, window)) {
+    SetLastError(VERDAL_ERR_SQL_DELETE);
+    return false;
   }
   int32_t dataId = place->dataId;
   ReleaseData(store, dataId);
@@ -187,7 +184,7 @@ int32_t AddCategory(TDBManager& db, int32_t parentCursor, const char* name) {
   return cursor;
 }
 
-int32_t DeleteRecord(TDBManager& db, int32_t cursor, int32_t flags, bool notify, VerdalWindow,
+int32_t DeleteRecord(TDBManager& db, int32_t cursor, int32_t flags, bool notify, VerdalWindow window,
                      bool renumber) {
   NodeStore& store = db.store;
   platform::Trace("VERDAL_DeleteRecordEx: %d", cursor);
@@ -229,12 +226,12 @@ int32_t DeleteRecord(TDBManager& db, int32_t cursor, int32_t flags, bool notify,
       moved = true;
       continue;
     }
-    if (!RemovePlace(db, p)) return 0;
+    if (!RemovePlace(db, p, window)) return 0;
     NotifyChange(&db, c, VERDAL_NOTIFY_DELETED, -10, 0, 0);
   }
   // Looked up again: a host callback of notification 4 may have deleted it already.
   place = LookupPlace(store, resolved);
-  if (resolved >= 0 && place != nullptr && !RemovePlace(db, place)) return 0;
+  if (resolved >= 0 && place != nullptr && !RemovePlace(db, place, window)) return 0;
   if (renumber) Renumber(store);
   if (!moved && resolved >= 0) NotifyChange(&db, resolved, VERDAL_NOTIFY_DELETED, -10, 0, 0);
   if (moved) NotifyChange(&db, -2, VERDAL_NOTIFY_SHAPE_CHANGED, -10, 0, 0);
@@ -247,8 +244,9 @@ int32_t DeleteRecord(TDBManager& db, int32_t cursor, int32_t flags, bool notify,
 
 void EmptyData(TDBManager& db, bool keepDefinitions) {
   NodeStore& store = db.store;
-  if (IsLinkedToTable(db)) {
-    store.data.ForEach([&](int32_t, TDBDataRecord* record) { DeleteLinkedRow(db, *record); });
+  // Every row of a linked table goes with the records; a text source notes them for its write-back.
+  if (IsLinkedToTable(db) || db.importLink.writeBack) {
+    store.data.ForEach([&](int32_t, TDBDataRecord* record) { DeleteLinkedRow(db, *record, nullptr); });
   }
   ClearStore(store, keepDefinitions);
   if (!keepDefinitions) db.ClearDefinitions();

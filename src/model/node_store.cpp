@@ -95,8 +95,8 @@ bool HasIdsLeft(const NodeStore& store) {
 }
 
 TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int32_t externalRow) {
-  TDBDataRecord record;
-  if (!TakeId(store.nextDataId, record.id)) return nullptr;
+  // No counter of a field moves for a record that cannot have an id.
+  if (store.nextDataId < 0 || store.nextDataId == INT32_MAX) return nullptr;
   // Each field gives its value for a new record: the next counter number, or its initial value.
   std::vector<std::string> values(store.fields.size());
   for (auto& field : store.fields) {
@@ -105,7 +105,14 @@ TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int3
       values[static_cast<size_t>(field->position)] = std::move(value);
   }
   std::vector<std::string_view> views(values.begin(), values.end());
-  record.values.Assign(platform::NewGuidText(), StoredName(title), views.data(), views.size());
+  return CreateDataRecordWith(store, title, externalRow, views.data(), views.size());
+}
+
+TDBDataRecord* CreateDataRecordWith(NodeStore& store, std::string_view title, int32_t externalRow,
+                                    const std::string_view* values, size_t count) {
+  TDBDataRecord record;
+  if (!TakeId(store.nextDataId, record.id)) return nullptr;
+  record.values.Assign(platform::NewGuidText(), StoredName(title), values, count);
   record.externalRow = externalRow;
   record.created = record.changed = platform::NowLocal();
   return store.data.Insert(record.id, std::move(record));  // null: a counter behind a loaded id

@@ -86,6 +86,10 @@ bool HasIdsLeft(const NodeStore& store);
 // Null, with no counter moved, when no data id is left.
 TDBDataRecord* CreateDataRecord(NodeStore& store, const std::string& title, int32_t externalRow);
 
+// The same with the values given, one per field position (an import has them all at hand).
+TDBDataRecord* CreateDataRecordWith(NodeStore& store, std::string_view title, int32_t externalRow,
+                                    const std::string_view* values, size_t count);
+
 // A new place with the next cursor, entered in the place map; not attached to any view. Null when
 // no cursor is left.
 TDBCategoryData* CreatePlace(NodeStore& store, int32_t categoryId, int32_t dataId, bool isCategory,

@@ -2,6 +2,7 @@
 
 #include "platform/fault.h"
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -85,6 +86,24 @@ std::string ProgramFolder() {
   ssize_t n = readlink("/proc/self/exe", buffer, sizeof buffer - 1);
   if (n <= 0) return ".";
   return FolderOf(std::string(buffer, static_cast<size_t>(n)));
+}
+
+std::string MakeTemporaryFile(const char* prefix) {
+  const char* folder = std::getenv("TMPDIR");
+  std::string pattern = std::string(folder != nullptr && *folder != '\0' ? folder : "/tmp") + "/" + prefix + "XXXXXX";
+  const int fd = mkstemp(pattern.data());
+  if (fd < 0) return {};
+  close(fd);
+  return pattern;
+}
+
+std::string EngineFolder() {
+  Dl_info info{};
+  if (dladdr(reinterpret_cast<void*>(&EngineFolder), &info) == 0 || info.dli_fname == nullptr)
+    return ProgramFolder();
+  char resolved[PATH_MAX];
+  if (realpath(info.dli_fname, resolved) == nullptr) return ProgramFolder();
+  return FolderOf(resolved);
 }
 
 std::string FileNamePart(const char* name) {

@@ -33,6 +33,14 @@ bool FileTime(const char* name, int64_t& time);
 // The folder of the running program, without a trailing slash.
 std::string ProgramFolder();
 
+// The folder of the file the engine's code was loaded from (libverdal.so, or a program that links
+// the engine statically), without a trailing slash.
+std::string EngineFolder();
+
+// Creates an empty file of a new name in $TMPDIR or /tmp, readable by its owner only, beginning
+// with the prefix; its path, or "" when none could be made.
+std::string MakeTemporaryFile(const char* prefix);
+
 // The file's name and extension, after the last '/' or '\'.
 std::string FileNamePart(const char* name);
 

@@ -2,6 +2,7 @@
 // The frame every exported function runs its worker in: clear the last error, accept the handle,
 // do the work, let no exception reach the host, and trace a failure.
 #include <cstdint>
+#include <utility>
 
 #include "engine/database_call.h"
 #include "engine/db_manager.h"
@@ -20,9 +21,10 @@ inline void TraceFailure(const char* function) {
   platform::Trace("Error in %s: ID=%d", function, engine::LastError());
 }
 
-// Runs work() with the last error cleared; an exception becomes the failure value.
-template <class R, class Work>
-R Guarded(const char* function, R failure, Judge judge, Work&& work) {
+// Runs work() with the last error cleared; an exception becomes the failure value, and a failure
+// is told to the trace by trace().
+template <class R, class Work, class Trace>
+R GuardedTraced(R failure, Judge judge, Work&& work, Trace&& trace) {
   R result = failure;
   try {
     engine::SetLastError(VERDAL_ERR_NONE);
@@ -32,8 +34,14 @@ R Guarded(const char* function, R failure, Judge judge, Work&& work) {
     result = failure;
   }
   bool failed = judge == Judge::kResult ? result == failure : engine::LastError() != 0;
-  if (failed) TraceFailure(function);
+  if (failed) trace();
   return result;
+}
+
+// The same with the usual trace line.
+template <class R, class Work>
+R Guarded(const char* function, R failure, Judge judge, Work&& work) {
+  return GuardedTraced(failure, judge, std::forward<Work>(work), [function] { TraceFailure(function); });
 }
 
 // As Guarded, for a worker on one database: a handle the pool does not hold fails with code 1.

@@ -5,6 +5,7 @@
 #include "engine/link_walk.h"
 #include "engine/pool_manager.h"
 #include "engine/settings.h"
+#include "exchange/gateways.h"
 #include "ui/host.h"
 #include "verdal.h"
 
@@ -41,6 +42,11 @@ VERDAL_API void VERDAL_SetNotification(VerdalNotifyFn callback, intptr_t user) {
 VERDAL_API int32_t VERDAL_SetApplicationName(const char* name) {
   if (name != nullptr && std::strlen(name) > 100) return 0;
   verdal::ui::SetApplicationName(name);
+  // The bridge names its connections after the application, where it can be had.
+  if (name != nullptr) {
+    const verdal::exchange::SqlBridge* bridge = verdal::exchange::LoadSqlBridge();
+    if (bridge != nullptr && bridge->setApplicationName != nullptr) bridge->setApplicationName(name);
+  }
   return 1;
 }
 
