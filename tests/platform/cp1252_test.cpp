@@ -21,3 +21,32 @@ TEST(Cp1252, UpperCaseAndUnicodeMapping) {
   EXPECT_EQ(cp1252::ToUtf16('\xE4'), u'\u00E4');
   EXPECT_EQ(cp1252::ToUtf16('\xFF'), u'\u00FF');
 }
+
+TEST(Cp1252, Utf8BothWays) {
+  struct Case {
+    const char* utf8;
+    const char* cp1252;
+    bool whole;
+    bool wellFormed;
+  };
+  const Case cases[] = {
+      {"Gr\xC3\xB6\xC3\x9F" "e \xE2\x82\xAC \xC5\xA0", "Gr\xF6\xDF" "e \x80 \x8A", true, true},
+      {"plain", "plain", true, true},
+      {"\xE2\x88\x9E", "?", false, true},         // no form in the code page
+      {"\xC3\x28", "?(", false, false},                  // a broken sequence
+      {"\xC0\xAF", "??", false, false},                  // an overlong slash
+      {"\xED\xA0\x80", "???", false, false},             // a surrogate
+      {"\xF0\x9F\x98\x80!", "?!", false, true},         // beyond the basic plane
+  };
+  for (const Case& c : cases) {
+    std::string out;
+    EXPECT_EQ(cp1252::FromUtf8(c.utf8, out), c.whole) << c.utf8;
+    EXPECT_EQ(out, c.cp1252) << c.utf8;
+    EXPECT_EQ(cp1252::IsUtf8(c.utf8), c.wellFormed) << c.utf8;
+    if (c.whole) {
+      std::string back;
+      cp1252::ToUtf8(out, back);
+      EXPECT_EQ(back, c.utf8);
+    }
+  }
+}
