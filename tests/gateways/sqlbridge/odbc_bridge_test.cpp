@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdlib>
 
 #include "bridge_import.h"
 #include "bridge_test_support.h"
@@ -190,6 +191,66 @@ TEST_F(BridgeOdbcTest, UnknownConnectionAndNewIdsPerImport) {
         << bad;
     EXPECT_FALSE(platform::FileExists(exchangePath_.c_str()));
   }
+}
+
+}  // namespace
+}  // namespace verdal::sqlbridge
+
+namespace verdal::sqlbridge {
+namespace {
+
+// The same against PostgreSQL when VERDAL_TEST_PG names a connection string to a scratch
+// database (e.g. "Driver=PostgreSQL Unicode;Server=127.0.0.1;Database=bridge;Uid=bridge;Pwd=bridge").
+TEST(BridgePostgresTest, ReturningKeyDatesAndALostConnection) {
+  const char* connect = std::getenv("VERDAL_TEST_PG");
+  if (connect == nullptr) GTEST_SKIP() << "VERDAL_TEST_PG is not set";
+  OdbcConnection admin;
+  std::string error;
+  ASSERT_TRUE(admin.Connect(connect, "", "", "", error)) << error;
+  for (const char* sql : {"DROP TABLE IF EXISTS bridge_items",
+                          "CREATE TABLE bridge_items (id SERIAL PRIMARY KEY, name TEXT NOT NULL, "
+                          "day DATE, at TIMESTAMP, flag BOOLEAN, n INTEGER DEFAULT 42)",
+                          "INSERT INTO bridge_items (name, day, flag) VALUES ('a', '2024-02-29', true)"}) {
+    OdbcStatement statement(admin.Handle());
+    ASSERT_TRUE(statement.ExecuteDirect(sql)) << statement.Error();
+  }
+  TempFolder folder;
+  WriteText(folder / "pg.imp", std::string("[ODBC_IMPORT]\nODBC_CONNECT=") + connect +
+                                   "\nODBC_TABLE=bridge_items\nIDENTFIELD=id\nIMPORT_TYPE=3\n");
+  const std::string definition = folder / "pg.imp", exchangePath = folder / "x.tmp";
+  OdbcConnection::SetApplicationName("verdal bridge test");
+  ASSERT_EQ(RunImport(definition.c_str(), exchangePath.c_str(), nullptr, 0, 0, 0, nullptr, nullptr), 1);
+  Exchange x;
+  ASSERT_TRUE(ReadExchange(exchangePath, x));
+  EXPECT_EQ(x.rows, (std::vector<std::vector<std::string>>{
+                        {"1", "a", "29.2.2024.0.0.0.0", "", "1", "42"}}));
+  const int32_t connection = x.header.connection;
+  char errorText[1024] = {};
+  int32_t key = 0;
+  const char* values[][3] = {{"name", "text", "b"}, {"at", "date", "1.3.2024.13.14.15.0"},
+                             {"flag", "", "0"}, {"n", "", ""}};
+  for (int i = 0; i < 4; ++i)
+    ASSERT_EQ(AddNewValue(connection, "bridge_items", "id", values[i][1], values[i][2],
+                          values[i][0], i == 0, i == 3, errorText, sizeof errorText, &key),
+              1)
+        << errorText;
+  EXPECT_EQ(key, 2);
+  const char* value = nullptr;
+  ASSERT_EQ(GetValue(connection, "bridge_items", "n", "id", key, &value), 1);
+  EXPECT_STREQ(value, "42");
+  ASSERT_EQ(GetValue(connection, "bridge_items", "at", "id", key, &value), 1);
+  EXPECT_STREQ(value, "1.3.2024.13.14.15.0");
+
+  // The server ends the session: the next change fails with the driver's words.
+  OdbcStatement kill(admin.Handle());
+  ASSERT_TRUE(kill.ExecuteDirect("SELECT pg_terminate_backend(pid) FROM pg_stat_activity "
+                                 "WHERE application_name = 'verdal bridge test'"))
+      << kill.Error();
+  EXPECT_EQ(UpdateValue(connection, "bridge_items", "id", key, "text", "c", "name", errorText,
+                        sizeof errorText),
+            0);
+  EXPECT_NE(std::string(errorText), "");
+  EXPECT_EQ(CloseConnection(connection), 1);
 }
 
 }  // namespace
