@@ -97,10 +97,10 @@ bool InsertLinkedRow(TDBManager& db, TDBDataRecord& record, VerdalWindow parent)
                             kErrorTextSize, &newKey);
       errorText[kErrorTextSize - 1] = '\0';
       if (ok == 0) {
-        Show(parent, "Fehler beim Einfügen des Datensatzes:", errorText);
+        Show(parent, "Fehler beim Einf\xFCgen des Datensatzes:", errorText);
         return false;
       }
-      if (errorText[0] != '\0') Show(parent, "Warnung beim Einfügen des Datensatzes:", errorText);
+      if (errorText[0] != '\0') Show(parent, "Warnung beim Einf\xFCgen des Datensatzes:", errorText);
     }
     record.externalRow = newKey;
     // The key field shows the server's key, which its own counter need not have foreseen.
@@ -153,7 +153,7 @@ bool UpdateLinkedField(TDBManager& db, const TDBDataRecord& record, int32_t fiel
   }
   errorText[kErrorTextSize - 1] = '\0';
   if (ok == 0) {
-    Show(parent, "Fehler beim Ändern des Datenfeldes:", errorText);
+    Show(parent, "Fehler beim \xC4ndern des Datenfeldes:", errorText);
     return false;
   }
   std::string stored;
@@ -161,10 +161,10 @@ bool UpdateLinkedField(TDBManager& db, const TDBDataRecord& record, int32_t fiel
       stored.size() < value.size()) {
     char message[2048];
     std::snprintf(message, sizeof message,
-                  "Es konnten nur %d von %d Zeichen geschrieben werden, erhöhen Sie evtl. die "
+                  "Es konnten nur %d von %d Zeichen geschrieben werden, erh\xF6hen Sie evtl. die "
                   "Feldlänge des Datenfeldes oder wandeln Sie es in ein MEMO-Feld um!",
                   static_cast<int>(stored.size()), static_cast<int>(value.size()));
-    Show(parent, "Warnung beim Ändern des Datenfeldinhalts!", message);
+    Show(parent, "Warnung beim \xC4ndern des Datenfeldinhalts!", message);
   }
   return true;
 }
@@ -189,7 +189,7 @@ bool DeleteLinkedRow(TDBManager& db, const TDBDataRecord& record, VerdalWindow p
     }
     errorText[kErrorTextSize - 1] = '\0';
     if (ok == 0) {
-      Show(parent, "Fehler beim Löschen des Datensatzes:", errorText);
+      Show(parent, "Fehler beim L\xF6schen des Datensatzes:", errorText);
       return false;
     }
   }

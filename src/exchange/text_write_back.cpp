@@ -93,6 +93,18 @@ bool ReadImpDefinition(WriteBackSource& database, const std::string& path, std::
   const int32_t columns = definition.GetInt(kSection, "NUM_SRC_FIELDS", 0);
   for (int32_t i = 0; i < columns && i < 32767; ++i)
     layout.sourceFields.push_back(definition.GetString(kSection, "SRC_FIELD" + std::to_string(i)));
+  // Where the definition names no columns, the file's column line does; with neither, every line
+  // would be written empty, so the file is not written back at all.
+  if (layout.sourceFields.empty() && layout.hasColumnLine) {
+    std::ifstream in(platform::NativePath(dataSource.c_str()), std::ios::binary);
+    std::string first;
+    std::getline(in, first);
+    if (!first.empty() && first.back() == '\r') first.pop_back();
+    const char quote = layout.delimiter.empty() ? '\0' : layout.delimiter.front();
+    for (const std::string& cell : Split(first, layout.separator))
+      layout.sourceFields.emplace_back(quote != '\0' ? StripEnds(cell, quote) : std::string_view(cell));
+  }
+  if (layout.sourceFields.empty()) return false;
   if (checkOnly) return true;
   // The file keeps the character set it has: UTF-8 where it says so or where its bytes are.
   const std::string charset = definition.GetString(kSection, "TXT_IMPORT_CHARSET");
