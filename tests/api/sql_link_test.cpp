@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <unistd.h>
 #include <string>
 #include <vector>
 
@@ -48,17 +49,21 @@ class SqlLink : public ::testing::TestWithParam<Backend> {
     const char* serial = backend == kSqlite     ? "INTEGER PRIMARY KEY AUTOINCREMENT"
                          : backend == kPostgres ? "SERIAL PRIMARY KEY"
                                                 : "INTEGER AUTO_INCREMENT PRIMARY KEY";
-    Sql("DROP TABLE IF EXISTS items");
-    Sql(std::string("CREATE TABLE items (id ") + serial +
+    // Tests run side by side against one server: each process has a table of its own.
+    table = "items" + std::to_string(getpid());
+    Sql("DROP TABLE IF EXISTS " + table);
+    Sql("CREATE TABLE " + table + " (id " + serial +
         ", name VARCHAR(10) NOT NULL UNIQUE, price NUMERIC(8,2), qty INTEGER DEFAULT 42, code INTEGER)");
-    Sql("INSERT INTO items (name, price, qty, code) VALUES ('Anna', 1.5, 1, 10), ('Bert', 2.25, 2, 20)");
-    std::string definition = "[ODBC_IMPORT]\nODBC_TABLE=items\nIDENTFIELD=id\nIMPORT_TYPE=3\n";
+    Sql("INSERT INTO " + table + " (name, price, qty, code) VALUES ('Anna', 1.5, 1, 10), ('Bert', 2.25, 2, 20)");
+    std::string definition = "[ODBC_IMPORT]\nODBC_TABLE=" + table + "\nIDENTFIELD=id\nIMPORT_TYPE=3\n";
     if (backend == kSqlite) definition += "ODBC_CONNECT=Driver=SQLite3;Database=" + (dir / "shop.db") + "\n";
     else if (backend == kMariaGate)
       definition += "MYSQL_SOCKET=" + server.socket + "\nMYSQL_USER=" + server.user + "\nMYSQL_PASSWORD=" +
                     server.password + "\nMYSQL_DATABASE=" + server.database + "\n";
     else definition += "ODBC_CONNECT=" + server.odbc + "\n";
     WriteText(dir / "items.imp", definition);
+    appName = "verdal-test-" + std::to_string(getpid());
+    VERDAL_SetApplicationName(appName.c_str());
     ui.messageBox = RecordMessage;
     VERDAL_SetUserInterface(&ui);
     shown.clear();
@@ -68,6 +73,7 @@ class SqlLink : public ::testing::TestWithParam<Backend> {
   }
   void TearDown() override {
     if (db != 0) VERDAL_CloseDB(db);
+    if (!table.empty()) Sql("DROP TABLE IF EXISTS " + table);
     VERDAL_SetUserInterface(nullptr);
   }
 
@@ -83,7 +89,7 @@ class SqlLink : public ::testing::TestWithParam<Backend> {
     return Shell("mariadb -N -B --socket=" + server.socket + " -u " + server.user + " -p" + server.password + " " +
                server.database + " -e " + quoted);
   }
-  std::string Table() { return Sql("SELECT id, name, price, qty FROM items ORDER BY id"); }
+  std::string Table() { return Sql("SELECT id, name, price, qty FROM " + table + " ORDER BY id"); }
   int32_t Cursor(int32_t index) {
     int32_t count = 0, *cursors = nullptr;
     VERDAL_GetCategoryChildList(db, VERDAL_CURSOR_ROOT, 0, 0, 1, 0, &count, &cursors, 3, nullptr, 0);
@@ -98,6 +104,8 @@ class SqlLink : public ::testing::TestWithParam<Backend> {
 
   static inline const VerdalWindow kWindow = reinterpret_cast<VerdalWindow>(1);
   Backend backend = kSqlite;
+  std::string table;
+  std::string appName;
   SqlServerInfo server;
   TempFolder dir;
   VerdalUserInterface ui{};
@@ -119,14 +127,13 @@ TEST_P(SqlLink, ChangesGoToTheTableFirst) {
   EXPECT_EQ(Set(kPrice, "3,5", carl), 1);
   EXPECT_EQ(Set(kName, "Bertram", Cursor(1)), 1);
   EXPECT_EQ(VERDAL_DeleteRecord(db, Cursor(0), 0, 1, kWindow, 1), 1);
-  const std::string table = Table();
-  EXPECT_EQ(table, backend == kSqlite ? "2\tBertram\t2.25\t2\n3\tCarl\t3.5\t42\n"
+  EXPECT_EQ(Table(), backend == kSqlite ? "2\tBertram\t2.25\t2\n3\tCarl\t3.5\t42\n"
                                       : "2\tBertram\t2.25\t2\n3\tCarl\t3.50\t42\n");
   EXPECT_TRUE(shown.empty()) << shown.front();
 }
 
 TEST_P(SqlLink, RefusalsLeaveMemoryAsItWas) {
-  const std::string before = Outline(db), table = Table();
+  const std::string before = Outline(db), rows = Table();
   // A unique violation at a change, and a value too long where the server checks lengths.
   EXPECT_EQ(Set(kName, "Anna", Cursor(1)), 0);
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_SQL_UPDATE);
@@ -142,17 +149,23 @@ TEST_P(SqlLink, RefusalsLeaveMemoryAsItWas) {
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_SQL_INSERT);
   EXPECT_EQ(shown.back().rfind("Fehler beim Einf\xFCgen des Datensatzes: ", 0), 0u) << shown.back();
   EXPECT_EQ(Outline(db), before);
-  EXPECT_EQ(Table(), table);
+  EXPECT_EQ(Table(), rows);
 
   // A row the server deleted behind our back, then the connection itself.
-  Sql("DELETE FROM items WHERE name = 'Bert'");
+  Sql("DELETE FROM " + table + " WHERE name = 'Bert'");
   EXPECT_EQ(Set(kPrice, "9", Cursor(1)), 0);
   EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_SQL_UPDATE);
-  if (backend == kPostgres) Sql("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE datname = current_database() AND pid <> pg_backend_pid()");
-  if (backend == kMariaOdbc || backend == kMariaGate)
-    for (const std::string& id : {Sql("SELECT GROUP_CONCAT(id) FROM information_schema.processlist WHERE user = 'verdal' AND id <> CONNECTION_ID()")})
-      if (!id.empty() && id != "NULL\n") Sql("KILL " + id.substr(0, id.find_first_of(",\n")));
-  if (backend != kSqlite) {
+  // Then the link's connection itself goes: found by the application name the bridge gives it on
+  // PostgreSQL, by its own id through the gateway on MariaDB.
+  if (backend == kPostgres)
+    Sql("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE application_name = '" + appName + "'");
+  if (backend == kMariaGate) {
+    char id[32] = {};
+    VERDAL_ExecSQL(db, reinterpret_cast<intptr_t>("SELECT CONNECTION_ID()"), 0, 0, reinterpret_cast<intptr_t>(id),
+                   sizeof id, 0);
+    Sql(std::string("KILL ") + id);
+  }
+  if (backend == kPostgres || backend == kMariaGate) {
     EXPECT_EQ(VERDAL_DeleteRecord(db, Cursor(0), 0, 1, kWindow, 1), 0);
     EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_SQL_DELETE);
     EXPECT_EQ(shown.back().rfind("Fehler beim L\xF6schen des Datensatzes: ", 0), 0u) << shown.back();
@@ -164,7 +177,7 @@ TEST_P(SqlLink, ExecSqlOnlyOnMySqlLinksAndTruncationIsTold) {
   char first[64] = {};
   int32_t rows = -1;
   const char* params[] = {"Bert"};
-  const int32_t result = VERDAL_ExecSQL(db, reinterpret_cast<intptr_t>("SELECT price FROM items WHERE name = ?"),
+  const int32_t result = VERDAL_ExecSQL(db, reinterpret_cast<intptr_t>(("SELECT price FROM " + table + " WHERE name = ?").c_str()),
                                         reinterpret_cast<intptr_t>(params), 1, reinterpret_cast<intptr_t>(first),
                                         sizeof first, reinterpret_cast<intptr_t>(&rows));
   EXPECT_EQ(VERDAL_GetLastError(), 0);
