@@ -5,6 +5,7 @@
 
 #include "io/text_buffer.h"
 #include "engine/db_manager.h"
+#include "engine/import.h"
 #include "engine/last_error.h"
 #include "engine/notify.h"
 #include "model/cursor.h"
@@ -136,6 +137,7 @@ bool CollectChildren(TDBManager& db, int32_t cursor, int32_t viewIndex, bool rec
 int32_t SetCategoryInfo(TDBManager& db, int32_t cursor, const char* name, const int32_t* expanded,
                         const int32_t* newParent, const int32_t* position, int32_t mode,
                         int32_t* positionOut, bool checkOnly, int32_t viewIndex) {
+  if (RefusedWhileImporting(db)) return 0;
   NodeStore& store = db.store;
   int32_t resolved = ResolveCursor(store, cursor);
   TDBCategoryData* place = LookupPlace(store, resolved);  // null for -1 too

@@ -80,6 +80,8 @@ class TDBManager : public storage::StoredDatabase {
   bool emptyKeepsDefinitions = true;
   // Option and list sheets at work on this database (OptionSheetOpen).
   int32_t openSheets = 0;
+  // An import is building records, whose places join the tree only at its end (RefusedWhileImporting).
+  bool importing = false;
 
   SqlLink sqlLink;
   ImportLink importLink;

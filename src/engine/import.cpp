@@ -125,6 +125,11 @@ int32_t Import(TDBManager& db, const ImportRequest& request) {
     }
     store.nextCategoryId = store.nextDataId = store.nextCursor = 0;
   }
+  struct Building {
+    TDBManager& db;
+    explicit Building(TDBManager& d) : db(d) { db.importing = true; }
+    ~Building() { db.importing = false; }
+  } building(db);
   exchange::ImportBuilder builder(store, header, flags, request.progress);
   // Matching columns to the fields there are (modes 1 and 2) makes nothing, so a column that
   // matches none leaves the database as it was.
@@ -158,6 +163,12 @@ int32_t Import(TDBManager& db, const ImportRequest& request) {
   NotifyChange(&db, -2, VERDAL_NOTIFY_SHAPE_CHANGED, -10, 0, 0);
   NotifyChange(&db, store.currentCursor, VERDAL_NOTIFY_CURRENT_CHANGED, -10, 0, 0);
   return 1;
+}
+
+bool RefusedWhileImporting(TDBManager& db) {
+  if (!db.importing) return false;
+  SetLastError(VERDAL_ERR_TARGET);
+  return true;
 }
 
 void WriteBackImportSource(TDBManager& db) {

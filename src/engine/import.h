@@ -29,6 +29,10 @@ struct ImportRequest {
 // matches no field in modes 1 and 2). Every failure leaves the database as it was.
 int32_t Import(TDBManager& db, const ImportRequest& request);
 
+// True (code 10) while an import builds in this database: a progress callback that adds, deletes
+// or moves nodes would meet places not yet in the tree, or take away categories the import holds.
+bool RefusedWhileImporting(TDBManager& db);
+
 // At close and before a new link: the write-back of a text source, when the database has one.
 void WriteBackImportSource(TDBManager& db);
 

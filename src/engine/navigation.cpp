@@ -1,6 +1,7 @@
 #include "engine/navigation.h"
 
 #include "engine/db_manager.h"
+#include "engine/import.h"
 #include "engine/last_error.h"
 #include "engine/notify.h"
 #include "model/cursor.h"
@@ -79,6 +80,7 @@ int32_t Seek(TDBManager& db, int32_t cursor, int32_t count, bool wrap, bool desc
 }
 
 int32_t MoveChild(TDBManager& db, int32_t cursor, int32_t target, int32_t kinds) {
+  if (RefusedWhileImporting(db)) return 0;
   NodeStore& store = db.store;
   TDBNode& root = store.MainView().root;
   int32_t source = ResolveCursor(store, cursor);

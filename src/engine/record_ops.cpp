@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "engine/db_manager.h"
+#include "engine/import.h"
 #include "engine/last_error.h"
 #include "engine/linked_table.h"
 #include "engine/navigation.h"
@@ -86,6 +87,7 @@ int32_t PlaceNewRecord(TDBManager& db, const TDBCategoryData& parent, TDBDataRec
 
 int32_t AddRecord(TDBManager& db, int32_t parentCursor, const char* title, bool temporary,
                   const char* firstValue, int32_t firstField, VerdalWindow window) {
+  if (RefusedWhileImporting(db)) return -1;
   NodeStore& store = db.store;
   int32_t resolvedParent = ResolveCursor(store, parentCursor);
   if (!NotifyChange(&db, store.currentCursor, VERDAL_NOTIFY_CURRENT_CHANGING, -10, 0, 0)) {
@@ -120,6 +122,7 @@ int32_t AddRecord(TDBManager& db, int32_t parentCursor, const char* title, bool 
 }
 
 int32_t DuplicateRecord(TDBManager& db, int32_t sourceCursor, int32_t parentCursor, const char* title) {
+  if (RefusedWhileImporting(db)) return -1;
   NodeStore& store = db.store;
   if (!NotifyChange(&db, store.currentCursor, VERDAL_NOTIFY_CURRENT_CHANGING, -10, 0, 0)) {
     SetLastError(VERDAL_ERR_CANCELLED);
@@ -149,6 +152,7 @@ int32_t DuplicateRecord(TDBManager& db, int32_t sourceCursor, int32_t parentCurs
 }
 
 int32_t AddCategory(TDBManager& db, int32_t parentCursor, const char* name) {
+  if (RefusedWhileImporting(db)) return -1;
   NodeStore& store = db.store;
   int32_t resolved = ResolveCursor(store, parentCursor);
   TDBCategoryData* parent = ParentPlace(store, resolved);
@@ -186,6 +190,7 @@ int32_t AddCategory(TDBManager& db, int32_t parentCursor, const char* name) {
 
 int32_t DeleteRecord(TDBManager& db, int32_t cursor, int32_t flags, bool notify, VerdalWindow window,
                      bool renumber) {
+  if (RefusedWhileImporting(db)) return 0;
   NodeStore& store = db.store;
   platform::Trace("VERDAL_DeleteRecordEx: %d", cursor);
   int32_t resolved = ResolveCursor(store, cursor);

@@ -118,6 +118,30 @@ TEST(Import, ValuesTakeTheFieldsTypesUnlessRaw) {
   }
 }
 
+// A progress callback that changes the tree would meet places not yet in it: it is refused.
+VerdalHandle importing = 0;
+std::vector<int32_t> nestedResults;
+void ChangeFromProgress(int32_t) {
+  nestedResults.push_back(VERDAL_DeleteRecord(importing, 0, 0, 1, nullptr, 1));
+  nestedResults.push_back(VERDAL_GetLastError());
+  nestedResults.push_back(VERDAL_AddRecord(importing, 1, "", 0, nullptr, -1, 0, nullptr));
+  nestedResults.push_back(VERDAL_GetLastError());
+}
+
+TEST(Import, ProgressCallbackCannotChangeTheTree) {
+  TempFolder dir;
+  WriteText(dir / "r.csv", "Region;Name\nA;x\nA;y\n");
+  WriteText(dir / "r.imp", Definition(dir / "r.csv", 0, "PATH_COLUMNS=Region\r\n"));
+  importing = OpenMemoryDatabase();
+  ASSERT_EQ(VERDAL_Import(importing, (dir / "r.imp").c_str(), 0, nullptr, ChangeFromProgress, 0, 0, nullptr,
+                          nullptr, 0, nullptr, nullptr, 0), 1);
+  EXPECT_EQ(Outline(importing), "[A]\n  x\n  y\n");
+  ASSERT_EQ(nestedResults.size(), 12u);  // at the start, after the second row and at the end
+  EXPECT_EQ(std::vector<int32_t>(nestedResults.begin() + 4, nestedResults.begin() + 8),
+            (std::vector<int32_t>{0, VERDAL_ERR_TARGET, -1, VERDAL_ERR_TARGET}));
+  VERDAL_CloseDB(importing);
+}
+
 TEST(Import, RefusalsLeaveTheDatabaseAsItWas) {
   TempFolder dir;
   VerdalHandle db = OpenMemoryDatabase();
