@@ -41,7 +41,7 @@ extern "C" {
 
 int32_t MySQLDeleteCon(int32_t connection) {
   return Guarded(nullptr, 0,
-                 [&] { return ConnectionTable::Instance().Remove(connection) ? 1 : 0; });
+                 [&] { return ConnectionTable::Instance().Remove(connection) != nullptr ? 1 : 0; });
 }
 
 int32_t MySQLNewRec(int32_t connection, const char* database, const char* table,
