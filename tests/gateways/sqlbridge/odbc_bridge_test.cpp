@@ -4,12 +4,14 @@
 
 #include <array>
 #include <cstdlib>
+#include <unistd.h>
 
 #include "bridge_import.h"
 #include "bridge_test_support.h"
 #include "platform/file_system.h"
 #include "odbc_connection.h"
 #include "odbc_statement.h"
+#include "support/sql_servers.h"
 #include "write_through.h"
 
 namespace verdal::sqlbridge {
@@ -199,14 +201,15 @@ TEST_F(BridgeOdbcTest, UnknownConnectionAndNewIdsPerImport) {
 namespace verdal::sqlbridge {
 namespace {
 
-// The same against PostgreSQL when VERDAL_TEST_PG names a connection string to a scratch
-// database (e.g. "Driver=PostgreSQL Unicode;Server=127.0.0.1;Database=bridge;Uid=bridge;Pwd=bridge").
+// The same against the tests' throw-away PostgreSQL: keys by RETURNING, dates and booleans.
 TEST(BridgePostgresTest, ReturningKeyDatesAndALostConnection) {
-  const char* connect = std::getenv("VERDAL_TEST_PG");
-  if (connect == nullptr) GTEST_SKIP() << "VERDAL_TEST_PG is not set";
+  test_support::SqlServerInfo server;
+  SQL_SERVER_OR_SKIP("pg", server);
+  const std::string connect = server.odbc;
+  const std::string application = "verdal bridge test " + std::to_string(getpid());
   OdbcConnection admin;
   std::string error;
-  ASSERT_TRUE(admin.Connect(connect, "", "", "", error)) << error;
+  ASSERT_TRUE(admin.Connect(connect.c_str(), "", "", "", error)) << error;
   for (const char* sql : {"DROP TABLE IF EXISTS bridge_items",
                           "CREATE TABLE bridge_items (id SERIAL PRIMARY KEY, name TEXT NOT NULL, "
                           "day DATE, at TIMESTAMP, flag BOOLEAN, n INTEGER DEFAULT 42)",
@@ -215,10 +218,10 @@ TEST(BridgePostgresTest, ReturningKeyDatesAndALostConnection) {
     ASSERT_TRUE(statement.ExecuteDirect(sql)) << statement.Error();
   }
   TempFolder folder;
-  WriteText(folder / "pg.imp", std::string("[ODBC_IMPORT]\nODBC_CONNECT=") + connect +
+  WriteText(folder / "pg.imp", "[ODBC_IMPORT]\nODBC_CONNECT=" + connect +
                                    "\nODBC_TABLE=bridge_items\nIDENTFIELD=id\nIMPORT_TYPE=3\n");
   const std::string definition = folder / "pg.imp", exchangePath = folder / "x.tmp";
-  OdbcConnection::SetApplicationName("verdal bridge test");
+  OdbcConnection::SetApplicationName(application.c_str());
   ASSERT_EQ(RunImport(definition.c_str(), exchangePath.c_str(), nullptr, 0, 0, 0, nullptr, nullptr), 1);
   Exchange x;
   ASSERT_TRUE(ReadExchange(exchangePath, x));
@@ -244,8 +247,9 @@ TEST(BridgePostgresTest, ReturningKeyDatesAndALostConnection) {
   // The server ends the session: the next change fails with the driver's words. (psqlODBC leaks
   // its result of that failed execute; under LeakSanitizer suppress "leak:psqlodbcw.so".)
   OdbcStatement kill(admin.Handle());
-  ASSERT_TRUE(kill.ExecuteDirect("SELECT pg_terminate_backend(pid) FROM pg_stat_activity "
-                                 "WHERE application_name = 'verdal bridge test'"))
+  const std::string terminate =
+      "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE application_name = '" + application + "'";
+  ASSERT_TRUE(kill.ExecuteDirect(terminate.c_str()))
       << kill.Error();
   EXPECT_EQ(UpdateValue(connection, "bridge_items", "id", key, "text", "c", "name", errorText,
                         sizeof errorText),
