@@ -94,7 +94,7 @@ TEST_F(ImportTest, UpdateMatchesNodeIdsAndFieldsByName) {
 TEST_F(ImportTest, AddFindsPathsRegardlessOfCase) {
   WriteText(dir / "more.csv", "Region;City;Name\nNORD;kiel;Gus\nWest;Bonn;Hal\n");
   WriteText(dir / "more.imp", Definition(dir / "more.csv", 2, "PATH_COLUMNS=Region,City\r\n"));
-  ASSERT_EQ(Import(db, dir / "more.imp", 0, 0, &count, &cursors), 1);
+  ASSERT_EQ(Import(db, dir / "more.imp"), 1);
   EXPECT_EQ(Outline(db),
             "[Nord]\n  [Kiel]\n    Anna|1,50|a;b\n    Bert|2|line1\nline2\n    Gus||\n"
             "[S\xFC" "d]\nDora|4|say \"hi\"\n[West]\n  [Bonn]\n    Hal||\n");
