@@ -1,8 +1,8 @@
 // Arbitrary bytes as a sequence of calls on the C interface, the way a host makes them: a few
 // databases in memory and in files of a fresh folder, fields of every type, records and categories
 // added, changed, moved, sought and deleted, views, tree walks, child lists, filters, passwords,
-// saves and loads, identity searches, and a notification callback that calls back in when the
-// input says so.
+// saves and loads, identity searches, imports of small text files through the bridge, and a
+// notification callback that calls back in when the input says so.
 // After each call the harness checks what the interface promises a host; a broken promise traps.
 #include <algorithm>
 #include <stdlib.h>
@@ -273,7 +273,7 @@ void Step(State& st) {
     return;
   }
   VerdalHandle db = s.db;
-  switch (op % 31) {
+  switch (op % 32) {
     case 0: AddFieldOp(in, s, st.folder); break;
     case 1: {
       int32_t parent = PickCursor(in, s);
@@ -565,6 +565,29 @@ void Step(State& st) {
       CHECK(VERDAL_GetLastError() == 0);  // not finding is no error
       break;
     }
+    case 31: {  // imports of a small text file: a refused one leaves the tree as it was
+      const uint8_t b = in.Byte();
+      std::string csv = std::string(kNames[in.Byte() % 10]) + ";" + kNames[in.Byte() % 10] + "\n";
+      for (int rows = in.Byte() % 4; rows > 0; --rows) csv += std::string(Text(in)) + ";" + Text(in) + "\n";
+      const std::string path = st.folder + "/in.csv";
+      if (FILE* f = std::fopen(path.c_str(), "wb")) {
+        std::fwrite(csv.data(), 1, csv.size(), f);
+        std::fclose(f);
+      }
+      const int32_t items = VERDAL_GetItemCount(db);
+      int32_t count = -1;
+      int32_t* cursors = nullptr;
+      const int32_t ok = VERDAL_Import(db, path.c_str(), 0, nullptr, nullptr, b % 5, (b & 0x20) ? VERDAL_IMPORT_RAW : 0,
+                                       &count, &cursors, 0, nullptr, nullptr, 0);
+      if (ok == 0) {
+        CHECK(VERDAL_GetItemCount(db) == items);
+      } else {
+        CHECK(count >= 0 && (count == 0) == (cursors == nullptr));
+        for (int32_t i = 0; i < count; ++i) s.cursors.push_back(cursors[i]);
+      }
+      VERDAL_GetCategoryDeleteChildList(cursors);
+      break;
+    }
   }
 }
 
@@ -572,6 +595,7 @@ void Step(State& st) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static bool once = [] {
+    setenv("VERDAL_GATEWAY_DIR", VERDAL_GATEWAY_BUILD_DIR, 1);
     VERDAL_SetUserInterface(nullptr);
     VERDAL_SetTraceSink(nullptr);
     return true;

@@ -116,6 +116,10 @@ int32_t Import(TDBManager& db, const ImportRequest& request) {
   exchange::ImportHeader header;
   exchange::ReadImportHeader(in, header);
 
+  if (exchange::ImportBuilder::NamesRepeat(header)) {
+    SetLastError(VERDAL_ERR_IMPORT);
+    return 0;
+  }
   const bool replaces = header.mode == exchange::kModeReplace || header.mode == exchange::kModeLinked;
   if (replaces) {
     ClearStore(store, false);

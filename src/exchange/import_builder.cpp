@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <unordered_set>
 
 #include "model/fields.h"
 #include "model/number_text.h"
@@ -30,6 +31,16 @@ void Need(bool ok) {
 ImportBuilder::ImportBuilder(NodeStore& store, const ImportHeader& header, int32_t flags,
                              VerdalProgressFn progress)
     : store_(store), header_(header), flags_(flags), progress_(progress) {}
+
+bool ImportBuilder::NamesRepeat(const ImportHeader& header) {
+  std::unordered_set<std::string> seen;
+  for (size_t i = static_cast<size_t>(header.pathColumns); i < header.columns.size(); ++i) {
+    const std::string& name = header.columns[i].name;
+    if (!platform::SameNameNoCase(name, kNodeIdColumn) && !seen.insert(platform::NameKeyNoCase(name)).second)
+      return true;
+  }
+  return false;
+}
 
 bool ImportBuilder::PrepareColumns() {
   const bool byName = (header_.mode == kModeUpdate || header_.mode == kModeAdd) && !store_.fields.empty();

@@ -25,6 +25,10 @@ class ImportBuilder {
   ImportBuilder(model::NodeStore& store, const ImportHeader& header, int32_t flags,
                 VerdalProgressFn progress);
 
+  // Whether two columns that would be fields share a name, regardless of case: fields are found
+  // by name, so such a source cannot be imported.
+  static bool NamesRepeat(const ImportHeader& header);
+
   // Reads the column descriptions into fields or field positions. In modes 1 and 2 a column that
   // is no field (nor the free column) ends the import: false, and nothing has been changed.
   bool PrepareColumns();

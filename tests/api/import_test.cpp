@@ -149,7 +149,8 @@ TEST(Import, RefusalsLeaveTheDatabaseAsItWas) {
   VERDAL_AddRecord(db, VERDAL_CURSOR_ROOT, "", 0, "kept", 0, 0, nullptr);
   WriteText(dir / "gone.imp", Definition(dir / "missing.csv", 0));
   WriteText(dir / "open.csv", "Name\n\"never closed\n");
-  for (const std::string& input : {dir / "gone.imp", dir / "open.csv", dir / "none.csv"}) {
+  WriteText(dir / "twice.csv", "Name;NAME\nx;y\n");  // fields are found by name
+  for (const std::string& input : {dir / "gone.imp", dir / "open.csv", dir / "none.csv", dir / "twice.csv"}) {
     EXPECT_EQ(Import(db, input), 0) << input;
     EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_IMPORT) << input;
     EXPECT_EQ(Outline(db), "kept\n");
