@@ -3,12 +3,11 @@
 #include <cstdlib>
 
 #include "io/memfile.h"
+#include "io/read_ahead_file.h"
 #include "io/stream_io.h"
 
 namespace verdal::exchange {
-namespace {
 
-// The row key is a decimal number; anything else marks the file as damaged.
 bool ParseRowKey(const std::string& text, int32_t& key) {
   if (text.empty() || text.size() > 11) return false;
   char* end = nullptr;
@@ -18,59 +17,24 @@ bool ParseRowKey(const std::string& text, int32_t& key) {
   return true;
 }
 
-}  // namespace
-
-void ReadImportHeader(TBaseFile& file, ImportHeader& header) {
-  header.rowCount = ReadInt32(file);
-  header.connection = ReadInt32(file);
-  header.backEnd = ReadInt16(file);
-  ReadString(header.databaseName, file);
-  ReadString(header.tableName, file);
-  ReadString(header.identityField, file);
-  const int16_t columns = ReadInt16(file);
-  header.pathColumns = ReadInt16(file);
-  ReadString(header.freeColumn, file);
-  header.mode = ReadInt16(file);
-  if (header.rowCount < 0 || columns < 0 || header.pathColumns < 0 || header.pathColumns > columns ||
-      header.mode < kModeReplace || header.mode > kModeLinked)
-    throw TReadWriteException();
-  // A column description takes 8 bytes at least: no count larger than the file allows is made.
-  if (!CountFits(file, columns, 8)) throw TReadWriteException();
-  header.columns.assign(static_cast<size_t>(columns), {});
-  for (ImportColumn& c : header.columns) {
-    ReadString(c.name, file);
-    c.sqlType = ReadInt16(file);
-    c.decimals = ReadInt16(file);
-  }
-}
-
-void ReadImportRow(TBaseFile& file, const ImportHeader& header, std::vector<std::string>& cells,
-                   int32_t& rowKey) {
-  cells.resize(header.columns.size());
-  for (std::string& cell : cells) ReadString(cell, file);
-  rowKey = -1;
-  if (header.mode == kModeLinked) {
-    std::string key;
-    ReadString(key, file);
-    if (!ParseRowKey(key, rowKey)) throw TReadWriteException();
-  }
-}
-
 bool CheckImportExchange(TBaseFile& file) {
   try {
     file.SeekToBegin();
+    const int32_t length = file.GetLength();
+    if (length < 0) return false;
+    TReadAheadFile in(file, length);
     ImportHeader header;
-    ReadImportHeader(file, header);
+    ReadImportHeader(in, header);
     // Each row takes 4 bytes per column at least, and 5 more for its key in mode 3.
     const int64_t rowBytes = int64_t{4} * static_cast<int64_t>(header.columns.size()) +
                              (header.mode == kModeLinked ? 5 : 0);
     // Rows of no bytes cannot be counted against the file: a bridge never writes them, and a
     // damaged count would make thousands of millions of empty records.
-    if (rowBytes == 0 ? header.rowCount > 0 : !CountFits(file, header.rowCount, rowBytes)) return false;
+    if (rowBytes == 0 ? header.rowCount > 0 : !CountFits(in, header.rowCount, rowBytes)) return false;
     std::vector<std::string> cells;
     int32_t key = 0;
-    for (int32_t row = 0; row < header.rowCount; ++row) ReadImportRow(file, header, cells, key);
-    const bool atEnd = BytesLeft(file) == 0;
+    for (int32_t row = 0; row < header.rowCount; ++row) ReadImportRow(in, header, cells, key);
+    const bool atEnd = BytesLeft(in) == 0;
     file.SeekToBegin();
     return atEnd;
   } catch (...) {

@@ -18,6 +18,7 @@
 
 #include "io/base_file.h"
 #include "io/fileex.h"
+#include "io/stream_io.h"
 
 namespace verdal::exchange {
 
@@ -44,17 +45,55 @@ constexpr int16_t kModeReplace = 0, kModeUpdate = 1, kModeAdd = 2, kModeLinked =
 // The column that carries node identifiers in mode 1; never a field.
 constexpr const char* kNodeIdColumn = "ZEPNODEID";
 
+// Whether the text of a row key is a decimal number that fits 32 bits.
+bool ParseRowKey(const std::string& text, int32_t& key);
+
 // Reads header and column descriptions; throws TReadWriteException where the file is short or
 // its counts cannot be right (negative, more path columns than columns, an unknown mode).
-void ReadImportHeader(TBaseFile& file, ImportHeader& header);
+// Templates over the stream, so that a read-ahead window is read without a call per value.
+template <class File>
+void ReadImportHeader(File& file, ImportHeader& header) {
+  header.rowCount = ReadInt32(file);
+  header.connection = ReadInt32(file);
+  header.backEnd = ReadInt16(file);
+  ReadString(header.databaseName, file);
+  ReadString(header.tableName, file);
+  ReadString(header.identityField, file);
+  const int16_t columns = ReadInt16(file);
+  header.pathColumns = ReadInt16(file);
+  ReadString(header.freeColumn, file);
+  header.mode = ReadInt16(file);
+  if (header.rowCount < 0 || columns < 0 || header.pathColumns < 0 || header.pathColumns > columns ||
+      header.mode < kModeReplace || header.mode > kModeLinked)
+    throw TReadWriteException();
+  // A column description takes 8 bytes at least: no count larger than the file allows is made.
+  if (!CountFits(file, columns, 8)) throw TReadWriteException();
+  header.columns.assign(static_cast<size_t>(columns), {});
+  for (ImportColumn& c : header.columns) {
+    ReadString(c.name, file);
+    c.sqlType = ReadInt16(file);
+    c.decimals = ReadInt16(file);
+  }
+}
 
 // Reads one row: header.columns.size() strings into cells, and the row key in mode 3 (-1 in the
 // other modes). Throws TReadWriteException past the end.
-void ReadImportRow(TBaseFile& file, const ImportHeader& header, std::vector<std::string>& cells,
-                   int32_t& rowKey);
+template <class File>
+void ReadImportRow(File& file, const ImportHeader& header, std::vector<std::string>& cells,
+                   int32_t& rowKey) {
+  cells.resize(header.columns.size());
+  for (std::string& cell : cells) ReadString(cell, file);
+  rowKey = -1;
+  if (header.mode == kModeLinked) {
+    std::string key;
+    ReadString(key, file);
+    if (!ParseRowKey(key, rowKey)) throw TReadWriteException();
+  }
+}
 
-// Reads the whole file once: false unless the header is sound, every row is there with a numeric
-// row key in mode 3, and nothing follows the last row.
+// Reads the whole file once, from its start through a read-ahead window, and goes back to the
+// start: false unless the header is sound, every row is there with a numeric row key in mode 3,
+// and nothing follows the last row.
 bool CheckImportExchange(TBaseFile& file);
 
 // Writes an exchange file for the gateways: the header first, rows as they come, and the row
