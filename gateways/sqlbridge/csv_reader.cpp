@@ -125,12 +125,24 @@ CsvReader::Status CsvReader::Next(std::vector<std::string>& cells) {
           ++at_;
         }
         cell.push_back(static_cast<char>(c));
+        // The run up to the next delimiter in one piece, where the buffer holds it.
+        size_t end = at_;
+        while (end < size_ && static_cast<unsigned char>(data_[end]) != delimiter) ++end;
+        cell.append(&data_[at_], end - at_);
+        at_ = end;
       }
       kept = cell.size();
       continue;
     }
     cellStarted = true;
     cell.push_back(static_cast<char>(c));
+    // The rest of an unenclosed cell in one piece, where the buffer holds it.
+    size_t end = at_;
+    while (end < size_ && static_cast<unsigned char>(data_[end]) != separator && data_[end] != '\r' &&
+           data_[end] != '\n')
+      ++end;
+    cell.append(&data_[at_], end - at_);
+    at_ = end;
   }
 }
 

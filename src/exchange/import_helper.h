@@ -1,8 +1,8 @@
 #pragma once
 // TImportHelper: the categories an import knows, one list per level of the path, so that a path
-// element is found by its name (regardless of case) and its parent's id. Names met again with the
-// same bytes, as in consecutive rows of one category, are found by a hash; only a name in another
-// spelling walks the level's list in order.
+// element is found by its name (regardless of case) and its parent's id. The last answer of a
+// level is kept, for consecutive rows of one category; names met again with the same bytes are
+// found by a hash; only a name in another spelling walks the level's list in order.
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -28,7 +28,12 @@ class TImportHelper {
   struct Level {
     std::vector<Entry> entries;
     std::unordered_map<std::string, int32_t> exact;  // parent id bytes + name -> category id
+    // The last answer: rows of one category come one after another.
+    std::string lastName;
+    int32_t lastParent = kNone;
+    int32_t lastId = kNone;
   };
+  static void Remember(Level& l, std::string_view name, int32_t parentId, int32_t categoryId);
   static std::string ExactKey(std::string_view name, int32_t parentId);
   std::vector<Level> levels_;
 };

@@ -1,5 +1,6 @@
 #include "platform/cp1252.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -101,6 +102,11 @@ void AppendUtf8(int32_t code, std::string& out) {
 }  // namespace
 
 bool FromUtf8(std::string_view utf8, std::string& out) {
+  // Plain ASCII, most text, is the same in both.
+  if (std::none_of(utf8.begin(), utf8.end(), [](char c) { return (c & 0x80) != 0; })) {
+    out.assign(utf8);
+    return true;
+  }
   out.clear();
   out.reserve(utf8.size());
   bool whole = true;
