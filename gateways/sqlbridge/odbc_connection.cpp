@@ -110,7 +110,22 @@ void OdbcConnection::LearnServer() {
   }
 }
 
+OdbcStatement* OdbcConnection::Prepared(const std::string& sql, std::string& error) {
+  const auto found = statements_.find(sql);
+  if (found != statements_.end()) {
+    found->second->Reset();
+    return found->second.get();
+  }
+  auto statement = std::make_unique<OdbcStatement>(handle_);
+  if (!statement->Prepare(sql)) {
+    error = statement->Error();
+    return nullptr;
+  }
+  return statements_.emplace(sql, std::move(statement)).first->second.get();
+}
+
 void OdbcConnection::Disconnect() {
+  statements_.clear();  // their handles go before the connection's
   if (handle_ == SQL_NULL_HDBC) return;
   if (connected_) SQLDisconnect(handle_);
   SQLFreeHandle(SQL_HANDLE_DBC, handle_);

@@ -7,10 +7,13 @@
 #include <sqlext.h>
 
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "odbc_statement.h"
 
 namespace verdal::sqlbridge {
 
@@ -47,6 +50,11 @@ class OdbcConnection {
   // driver does not describe is text.
   ColumnType Column(const std::string& table, std::string_view column);
 
+  // The statement of this text, prepared at its first use and kept for the next (a linked
+  // database runs the same few statements thousands of times); null, with the driver's words in
+  // error, when it cannot be prepared.
+  OdbcStatement* Prepared(const std::string& sql, std::string& error);
+
   // Serialises the calls on this connection.
   std::mutex& Mutex() { return mutex_; }
 
@@ -72,6 +80,7 @@ class OdbcConnection {
   Dbms kind_ = Dbms::kOther;
   std::string quote_;
   std::map<std::string, std::map<std::string, ColumnType>> columns_;  // upper-case names
+  std::map<std::string, std::unique_ptr<OdbcStatement>> statements_;  // by their text
   std::mutex mutex_;
 };
 

@@ -61,6 +61,14 @@ bool OdbcStatement::Execute() {
   return SQL_SUCCEEDED(rc) || rc == SQL_NO_DATA;
 }
 
+void OdbcStatement::Reset() {
+  SQLFreeStmt(handle_, SQL_CLOSE);
+  SQLFreeStmt(handle_, SQL_RESET_PARAMS);
+  texts_.clear();
+  indicators_.clear();
+  integers_.clear();
+}
+
 bool OdbcStatement::ExecuteDirect(std::string_view sql) {
   if (!Ok()) return false;
   WideText wide = Widen(sql);

@@ -31,6 +31,8 @@ class OdbcStatement {
   bool BindInteger(SQLUSMALLINT number, int32_t value);
   bool Execute();
   bool ExecuteDirect(std::string_view sql);
+  // Makes a prepared statement ready to run again: its cursor closed, its parameters unbound.
+  void Reset();
   // SQL_SUCCESS, SQL_NO_DATA or an error, as SQLFetch gives it.
   SQLRETURN Fetch();
   // Column `number` (from 1) of the present row as code page 1252 text; false on an error.

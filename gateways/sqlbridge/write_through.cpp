@@ -132,16 +132,16 @@ int32_t UpdateValue(int32_t id, const char* table, const char* keyColumn, int32_
   if (connection == nullptr) return 0;
   std::lock_guard<std::mutex> lock(connection->Mutex());
   const std::string tableName = Text(table);
-  OdbcStatement statement(connection->Handle());
   const std::string sql = "UPDATE " + connection->QuoteTable(tableName) + " SET " +
                           connection->QuoteName(Text(fieldName)) + " = ? WHERE " +
                           connection->QuoteName(Text(keyColumn)) + " = ?";
-  if (!statement.Prepare(sql) ||
-      !BindValue(statement, *connection, 1, tableName,
-                 {Text(fieldName), Text(sqlType), Text(value)}) ||
-      !statement.BindInteger(2, rowKey) || !statement.Execute())
-    return Fail(statement.Error(), errorText, errorSize);
-  if (statement.RowCount() == 0)
+  std::string error;
+  OdbcStatement* statement = connection->Prepared(sql, error);
+  if (statement == nullptr) return Fail(error, errorText, errorSize);
+  if (!BindValue(*statement, *connection, 1, tableName, {Text(fieldName), Text(sqlType), Text(value)}) ||
+      !statement->BindInteger(2, rowKey) || !statement->Execute())
+    return Fail(statement->Error(), errorText, errorSize);
+  if (statement->RowCount() == 0)
     return Fail("No row of " + tableName + " has " + Text(keyColumn) + " = " +
                     std::to_string(rowKey) + ": it was deleted meanwhile.",
                 errorText, errorSize);
@@ -171,23 +171,31 @@ int32_t GetValue(int32_t id, const char* table, const char* fieldName, const cha
   std::shared_ptr<OdbcConnection> connection = ConnectionTable::Instance().Find(id);
   if (connection == nullptr || value == nullptr) return 0;
   std::lock_guard<std::mutex> lock(connection->Mutex());
-  OdbcStatement statement(connection->Handle());
   const std::string sql = "SELECT " + connection->QuoteName(Text(fieldName)) + " FROM " +
                           connection->QuoteTable(Text(table)) + " WHERE " +
                           connection->QuoteName(Text(keyColumn)) + " = ?";
-  if (!statement.Prepare(sql) || !statement.BindInteger(1, rowKey) || !statement.Execute() ||
-      statement.Fetch() != SQL_SUCCESS)
+  std::string error;
+  OdbcStatement* statement = connection->Prepared(sql, error);
+  // An open cursor would hold the table (SQLite keeps the file locked for reading until it closes).
+  struct CloseCursor {
+    OdbcStatement* statement;
+    ~CloseCursor() {
+      if (statement != nullptr) statement->Reset();
+    }
+  } closeCursor{statement};
+  if (statement == nullptr || !statement->BindInteger(1, rowKey) || !statement->Execute() ||
+      statement->Fetch() != SQL_SUCCESS)
     return 0;
   SQLSMALLINT type = 0, digits = 0, nullable = 0, nameLength = 0;
   SQLULEN size = 0;
   SQLWCHAR name[256];
-  if (!SQL_SUCCEEDED(SQLDescribeColW(statement.Handle(), 1, name, 256, &nameLength, &type, &size,
+  if (!SQL_SUCCEEDED(SQLDescribeColW(statement->Handle(), 1, name, 256, &nameLength, &type, &size,
                                      &digits, &nullable)))
     return 0;
   int16_t sqlType = 12, decimals = -1;
   ExchangeType(type, digits, sqlType, decimals);
   bool isNull = false;
-  if (!statement.GetText(1, connection->valueBuffer, isNull)) return 0;
+  if (!statement->GetText(1, connection->valueBuffer, isNull)) return 0;
   if (isNull) return 1;
   ToInternalValue(sqlType, connection->valueBuffer);
   *value = connection->valueBuffer.c_str();
