@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "import_definition.h"
+
 namespace verdal::sqlbridge {
 
 int32_t ColumnPlan::Find(const std::vector<exchange::ImportColumn>& columns, std::string_view name) {
@@ -69,6 +71,16 @@ void ColumnPlan::Arrange(const std::vector<std::string>& sourceCells,
     if (from < sourceCells.size()) out[i] = sourceCells[from];
     else out[i].clear();
   }
+}
+
+exchange::ImportHeader ColumnPlan::Header(const ImportDefinition& definition) const {
+  exchange::ImportHeader header;
+  header.identityField = definition.identityField;
+  header.pathColumns = PathColumns();
+  header.freeColumn = definition.freeColumn;
+  header.mode = static_cast<int16_t>(definition.mode);
+  header.columns = Columns();
+  return header;
 }
 
 }  // namespace verdal::sqlbridge

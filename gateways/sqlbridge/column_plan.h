@@ -11,6 +11,8 @@
 
 namespace verdal::sqlbridge {
 
+struct ImportDefinition;
+
 class ColumnPlan {
  public:
   // `source` has the source's column descriptions. `names1`/`names2` (fieldCount entries each,
@@ -23,6 +25,8 @@ class ColumnPlan {
 
   // The exchange file's column descriptions.
   const std::vector<exchange::ImportColumn>& Columns() const { return columns_; }
+  // The exchange file's header for these columns under a definition; the caller adds the link.
+  exchange::ImportHeader Header(const ImportDefinition& definition) const;
   int16_t PathColumns() const { return pathColumns_; }
   // The cells of the exchange row from the source row's cells (as many as the source columns).
   void Arrange(const std::vector<std::string>& sourceCells, std::vector<std::string>& out) const;

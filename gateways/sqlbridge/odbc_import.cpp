@@ -99,14 +99,9 @@ bool ImportOdbcSource(const ImportDefinition& definition, const ImportTarget& ta
       }
     }
 
-    exchange::ImportHeader header;
+    exchange::ImportHeader header = plan.Header(definition);
     header.connection = id;
     header.tableName = definition.table;
-    header.identityField = definition.identityField;
-    header.pathColumns = plan.PathColumns();
-    header.freeColumn = definition.freeColumn;
-    header.mode = static_cast<int16_t>(definition.mode);
-    header.columns = plan.Columns();
     exchange::ImportExchangeWriter writer;
     if (!writer.Open(target.exchangePath.c_str(), header)) {
       error = "The exchange file " + target.exchangePath + " cannot be created.";

@@ -97,12 +97,7 @@ bool ImportTextSource(const ImportDefinition& definition, const ImportTarget& ta
     }
   }
 
-  exchange::ImportHeader header;
-  header.identityField = definition.identityField;
-  header.pathColumns = plan.PathColumns();
-  header.freeColumn = definition.freeColumn;
-  header.mode = static_cast<int16_t>(definition.mode);
-  header.columns = plan.Columns();
+  const exchange::ImportHeader header = plan.Header(definition);
   exchange::ImportExchangeWriter writer;
   if (!writer.Open(target.exchangePath.c_str(), header)) {
     error = "The exchange file " + target.exchangePath + " cannot be created.";
