@@ -22,6 +22,12 @@ typedef int32_t (*ODBC_IMPORT_ZEP_Fn)(const char* input, const char* exchangePat
                                       VerdalPathMapperFn mapper, intptr_t option, int32_t flags,
                                       int32_t fieldCount, const char* const* names1,
                                       const char* const* names2, intptr_t reserved);
+// Writes the target that `target` names (a data file; with flag 0x4000 a definition file, which
+// flag 0x400 only brings up to date) from the export exchange file at `exchangePath` (see
+// exchange/export_exchange.h). extra and arg1 to arg4 come from the host unseen.
+typedef int32_t (*ODBC_EXPORT_ZEP_Fn)(const char* target, const char* exchangePath, intptr_t extra,
+                                      VerdalPathMapperFn mapper, int32_t flags, intptr_t arg1,
+                                      intptr_t arg2, intptr_t arg3, intptr_t arg4);
 typedef int32_t (*ODBC_CLOSE_DBHANDLE_Fn)(int32_t connection);
 typedef int32_t (*ODBC_EXEC_ADDNEW_Fn)(int32_t connection, const char* table, const char* keyColumn,
                                        const char* sqlType, const char* value, const char* fieldName,

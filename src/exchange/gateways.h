@@ -12,7 +12,7 @@ namespace verdal::exchange {
 struct SqlBridge {
   void* module = nullptr;
   ODBC_IMPORT_ZEP_Fn import = nullptr;
-  void* exportRows = nullptr;  // ODBC_EXPORT_ZEP, called by the export
+  ODBC_EXPORT_ZEP_Fn exportRows = nullptr;
   ODBC_CLOSE_DBHANDLE_Fn closeConnection = nullptr;
   ODBC_EXEC_UPDATE_Fn update = nullptr;
   ODBC_EXEC_ADDNEW_Fn addNew = nullptr;
