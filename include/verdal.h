@@ -639,8 +639,11 @@ struct VerdalSheet {
 };
 
 /* A member left null behaves as without a user interface: a message box answers its default,
- * the rest is cancelled. */
+ * the rest is cancelled, the clipboard text is kept in the engine, nothing opens and nothing
+ * stops a run. Members are only ever added at the end; `size` says how many the host knows. */
 typedef struct VerdalUserInterface {
+  /* sizeof(VerdalUserInterface) as the host was built; 0 counts as the record up to runSheet. */
+  int32_t size;
   intptr_t user;
   /* Returns a VERDAL_ID_ answer. */
   int32_t (*messageBox)(intptr_t user, VerdalWindow parent, const char* title, const char* text,
@@ -653,6 +656,12 @@ typedef struct VerdalUserInterface {
                       int32_t save, char* path);
   int32_t (*pickFolder)(intptr_t user, VerdalWindow parent, const char* title, char* path);
   void (*runSheet)(intptr_t user, VerdalWindow parent, const VerdalSheet* sheet);
+  /* Added with actions. The text (code page 1252) goes on the host's clipboard. */
+  void (*setClipboardText)(intptr_t user, const char* text);
+  /* Opens a file with the desktop's application for it (the list of addresses a mailing missed). */
+  void (*openDocument)(intptr_t user, const char* path);
+  /* Asked between the records of an action: 1 when the user pressed Esc or Enter to stop it. */
+  int32_t (*stopRequested)(intptr_t user);
 } VerdalUserInterface;
 
 /* The structure is copied; null returns to no user interface (the default). */

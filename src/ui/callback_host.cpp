@@ -1,5 +1,8 @@
 #include "ui/callback_host.h"
 
+#include <cstddef>
+#include <cstring>
+
 #include "io/text_buffer.h"
 
 namespace verdal::ui {
@@ -186,6 +189,27 @@ bool CallbackHost::RunSheet(VerdalWindow parent, Sheet& sheet) {
   c_.runSheet(c_.user, parent, &b.c);
   if (!b.accepted) BridgePressCancel(&b.c);
   return b.accepted;
+}
+
+CallbackHost::CallbackHost(const VerdalUserInterface& callbacks) {
+  constexpr size_t kFirstEdition = offsetof(VerdalUserInterface, runSheet) + sizeof(c_.runSheet);
+  size_t known = callbacks.size <= 0 ? kFirstEdition : static_cast<size_t>(callbacks.size);
+  if (known > sizeof c_) known = sizeof c_;
+  std::memcpy(&c_, &callbacks, known);
+}
+
+void CallbackHost::SetClipboardText(const std::string& text) {
+  if (c_.setClipboardText == nullptr) return HeadlessHost::SetClipboardText(text);
+  c_.setClipboardText(c_.user, text.c_str());
+}
+
+void CallbackHost::OpenDocument(const std::string& path) {
+  if (c_.openDocument == nullptr) return HeadlessHost::OpenDocument(path);
+  c_.openDocument(c_.user, path.c_str());
+}
+
+bool CallbackHost::StopRequested() {
+  return c_.stopRequested != nullptr && c_.stopRequested(c_.user) != 0;
 }
 
 void InstallCallbacks(const VerdalUserInterface* callbacks) {

@@ -7,7 +7,8 @@ namespace verdal::ui {
 
 class CallbackHost : public HeadlessHost {
  public:
-  explicit CallbackHost(const VerdalUserInterface& callbacks) : c_(callbacks) {}
+  // Takes the members the host's record has (its size; 0 for the first five callbacks).
+  explicit CallbackHost(const VerdalUserInterface& callbacks);
 
   Answer MessageBox(VerdalWindow parent, const std::string& title, const std::string& text,
                     Buttons buttons, Icon icon, Answer defaultAnswer) override;
@@ -17,9 +18,12 @@ class CallbackHost : public HeadlessHost {
   std::optional<std::string> PickFolder(VerdalWindow parent, const std::string& title,
                                         const std::string& initialPath) override;
   bool RunSheet(VerdalWindow parent, Sheet& sheet) override;
+  void SetClipboardText(const std::string& text) override;
+  void OpenDocument(const std::string& path) override;
+  bool StopRequested() override;
 
  private:
-  VerdalUserInterface c_;
+  VerdalUserInterface c_{};
 };
 
 // Installs a copy of the callbacks as the current host; null goes back to headless.

@@ -102,6 +102,12 @@ class Host {
                                                 const std::string& initialPath) = 0;
   // Shows the sheet modally; true if it was closed with OK (PressOk answered true).
   virtual bool RunSheet(VerdalWindow parent, Sheet& sheet) = 0;
+  // Puts code page 1252 text on the clipboard.
+  virtual void SetClipboardText(const std::string& text) = 0;
+  // Opens a file with the desktop's application for it.
+  virtual void OpenDocument(const std::string& path) = 0;
+  // True when the user asked to stop a long run (Esc or Enter); asked between records.
+  virtual bool StopRequested() = 0;
 };
 
 class HeadlessHost : public Host {
@@ -125,6 +131,17 @@ class HeadlessHost : public Host {
     sheet.PressCancel();
     return false;
   }
+  // Without a window system the clipboard is this text, and a document opened is only noted.
+  void SetClipboardText(const std::string& text) override { clipboardText_ = text; }
+  void OpenDocument(const std::string& path) override { openedDocument_ = path; }
+  bool StopRequested() override { return false; }
+
+  const std::string& ClipboardText() const { return clipboardText_; }
+  const std::string& OpenedDocument() const { return openedDocument_; }
+
+ private:
+  std::string clipboardText_;
+  std::string openedDocument_;
 };
 
 // The host in force for the process; the headless one until another is set.
