@@ -562,6 +562,31 @@ VERDAL_API int32_t VERDAL_Import(VerdalHandle handle, const char* input, intptr_
 VERDAL_API int32_t VERDAL_ExecSQL(VerdalHandle handle, intptr_t a1, intptr_t a2, intptr_t a3,
                                   intptr_t a4, intptr_t a5, intptr_t a6);
 
+/* Writes places to a target through the bridge: the places of cursors (count of them), or with
+ * count 0 or cursors null every place of view 0. target names a data file (its extension gives
+ * the format: .csv .txt .tsv .xlsx .html) or, with flag VERDAL_EXPORT_DEFINITION, an export
+ * definition, which VERDAL_EXPORT_EDIT_ONLY only brings up to date. VERDAL_EXPORT_CATEGORIES adds
+ * leading columns CAT1.. with each place's path, and the whole tree then gives records only.
+ * mapper null takes VERDAL_SetPathMapper's; extra, reserved and arg1 to arg4 go to the bridge
+ * unseen (0). 1 once the bridge has had the rows, whether or not it could write the target; 0
+ * with last error 1, or 14 when the bridge cannot be loaded. */
+enum {
+  VERDAL_EXPORT_EDIT_ONLY = 0x400,
+  VERDAL_EXPORT_CATEGORIES = 0x800,
+  VERDAL_EXPORT_DEFINITION = 0x4000
+};
+VERDAL_API int32_t VERDAL_Export(VerdalHandle handle, const char* target, intptr_t extra,
+                                 VerdalPathMapperFn mapper, intptr_t reserved, int32_t flags,
+                                 int32_t count, const int32_t* cursors, intptr_t arg1,
+                                 intptr_t arg2, intptr_t arg3, intptr_t arg4);
+
+/* Runs the stored option `name` (VERDAL_OPTION_ kinds: print 2, clipboard 5, export 7, e-mail 8,
+ * replacement 10) over count records at cursors, in that order; other kinds do nothing. 1, or 0
+ * with last error 1, 11 (no visible option has that name), or 27 (the e-mail could not start:
+ * VERDAL_GetLastErrorString tells why); print and export give their functions' result. */
+VERDAL_API int32_t VERDAL_ExecAction(VerdalHandle handle, int32_t kind, const char* name,
+                                     int32_t count, const int32_t* cursors);
+
 /* Additions for hosts on this platform. */
 typedef void (*VerdalTraceFn)(const char* line);
 /* The diagnostic trace goes to this function; null discards it (the default, unless the

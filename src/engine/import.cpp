@@ -21,6 +21,7 @@
 #include "model/node.h"
 #include "model/place_walk.h"
 #include "platform/file_system.h"
+#include "platform/temporary_file.h"
 
 namespace verdal::engine {
 
@@ -29,13 +30,6 @@ using namespace model;
 namespace {
 
 // The exchange file of one call, removed however the call ends.
-struct ExchangeFile {
-  std::string path = platform::MakeTemporaryFile("verdal");
-  ~ExchangeFile() {
-    if (!path.empty()) unlink(path.c_str());
-  }
-};
-
 void ClearImportedMarks(NodeStore& store) {
   store.categories.ForEach([](int32_t, TDBCategoryRecord* r) { r->imported = false; });
   store.data.ForEach([](int32_t, TDBDataRecord* r) { r->imported = false; });
@@ -86,7 +80,7 @@ int32_t Import(TDBManager& db, const ImportRequest& request) {
     fieldCount = static_cast<int32_t>(own.pointers.size());
     names1 = names2 = own.pointers.data();
   }
-  ExchangeFile exchangeFile;
+  platform::ScopedTemporaryFile exchangeFile("verdal");
   if (exchangeFile.path.empty()) {
     SetLastError(VERDAL_ERR_EXCHANGE_MISSING);
     return 0;

@@ -14,9 +14,11 @@
 // companion reads the exchange file alone.
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "io/base_file.h"
+#include "io/buffered_file_writer.h"
 #include "io/stream_io.h"
 
 namespace verdal::exchange {
@@ -88,5 +90,15 @@ void ReadExportPath(File& file, std::vector<std::string>& names) {
   names.resize(static_cast<size_t>(count));
   for (std::string& name : names) ReadString(name, file);
 }
+
+// The writing side, through a buffer: the header, a row's values field by field, a row's names in
+// the companion file.
+void WriteExportHeader(BufferedFileWriter& out, const ExportHeader& header);
+inline void WriteExportValue(BufferedFileWriter& out, std::string_view internal,
+                             std::string_view display) {
+  out.PutString(internal);
+  out.PutString(display);
+}
+void WriteExportPath(BufferedFileWriter& out, const std::vector<std::string_view>& names);
 
 }  // namespace verdal::exchange

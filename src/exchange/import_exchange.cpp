@@ -42,67 +42,34 @@ bool CheckImportExchange(TBaseFile& file) {
   }
 }
 
-ImportExchangeWriter::~ImportExchangeWriter() { file_.Close(); }
-
 bool ImportExchangeWriter::Open(const char* path, const ImportHeader& header) {
-  if (!file_.Open(path, TFileEx::kReadWrite | TFileEx::kCreate | TFileEx::kTruncate)) return false;
+  if (!out_.Open(path)) return false;
   mode_ = header.mode;
   rows_ = 0;
-  failed_ = false;
-  TMemFile head(4096);
-  WriteInt32(0, head);
-  WriteInt32(header.connection, head);
-  WriteInt16(header.backEnd, head);
-  WriteString(header.databaseName, head);
-  WriteString(header.tableName, head);
-  WriteString(header.identityField, head);
-  WriteInt16(static_cast<int16_t>(header.columns.size()), head);
-  WriteInt16(header.pathColumns, head);
-  WriteString(header.freeColumn, head);
-  WriteInt16(header.mode, head);
+  out_.PutInt32(0);  // the row count, written at Finish
+  out_.PutInt32(header.connection);
+  out_.PutInt16(header.backEnd);
+  out_.PutString(header.databaseName);
+  out_.PutString(header.tableName);
+  out_.PutString(header.identityField);
+  out_.PutInt16(static_cast<int16_t>(header.columns.size()));
+  out_.PutInt16(header.pathColumns);
+  out_.PutString(header.freeColumn);
+  out_.PutInt16(header.mode);
   for (const ImportColumn& c : header.columns) {
-    WriteString(c.name, head);
-    WriteInt16(c.sqlType, head);
-    WriteInt16(c.decimals, head);
+    out_.PutString(c.name);
+    out_.PutInt16(c.sqlType);
+    out_.PutInt16(c.decimals);
   }
-  buffer_.assign(reinterpret_cast<const char*>(head.Data()), static_cast<size_t>(head.GetLength()));
   return true;
 }
 
 void ImportExchangeWriter::WriteRow(const std::vector<std::string>& cells, int32_t rowKey) {
-  auto put = [this](std::string_view text) {
-    const auto count = static_cast<uint32_t>(LengthBeforeNul(text.data(), text.size()));
-    char bytes[4] = {static_cast<char>(count), static_cast<char>(count >> 8),
-                     static_cast<char>(count >> 16), static_cast<char>(count >> 24)};
-    buffer_.append(bytes, 4);
-    buffer_.append(text.data(), count);
-  };
-  for (const std::string& cell : cells) put(cell);
-  if (mode_ == kModeLinked) put(std::to_string(rowKey));
+  for (const std::string& cell : cells) out_.PutString(cell);
+  if (mode_ == kModeLinked) out_.PutString(std::to_string(rowKey));
   ++rows_;
-  if (buffer_.size() >= (1u << 20)) Flush();
 }
 
-void ImportExchangeWriter::Flush() {
-  if (buffer_.empty() || failed_) return;
-  try {
-    file_.Write(buffer_.data(), static_cast<int32_t>(buffer_.size()));
-  } catch (...) {
-    failed_ = true;
-  }
-  buffer_.clear();
-}
-
-bool ImportExchangeWriter::Finish() {
-  Flush();
-  try {
-    if (!failed_ && file_.Seek(0) == 0) WriteInt32(rows_, file_);
-    else failed_ = true;
-  } catch (...) {
-    failed_ = true;
-  }
-  if (!file_.Close()) failed_ = true;
-  return !failed_;
-}
+bool ImportExchangeWriter::Finish() { return out_.FinishWithLeadingCount(rows_); }
 
 }  // namespace verdal::exchange

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "io/base_file.h"
+#include "io/buffered_file_writer.h"
 #include "io/fileex.h"
 #include "io/stream_io.h"
 
@@ -100,7 +101,6 @@ bool CheckImportExchange(TBaseFile& file);
 // count patched in at Finish. Buffered, so a million rows cost few system calls.
 class ImportExchangeWriter {
  public:
-  ~ImportExchangeWriter();
   // Creates (or truncates) the file and writes the header with the row count still 0.
   bool Open(const char* path, const ImportHeader& header);
   // cells must have one entry per column; rowKey is written only in mode 3.
@@ -110,12 +110,9 @@ class ImportExchangeWriter {
   int32_t Rows() const { return rows_; }
 
  private:
-  void Flush();
-  TFileEx file_;
-  std::string buffer_;
+  BufferedFileWriter out_;
   int16_t mode_ = 0;
   int32_t rows_ = 0;
-  bool failed_ = false;
 };
 
 }  // namespace verdal::exchange

@@ -1,5 +1,7 @@
-// Exported functions of the import and the SQL links.
+// Exported functions of import, export, actions and the SQL links.
 #include "engine/api/api_frame.h"
+#include "engine/actions.h"
+#include "engine/export.h"
 #include "engine/import.h"
 #include "engine/linked_table.h"
 #include "verdal.h"
@@ -32,6 +34,34 @@ VERDAL_API int32_t VERDAL_Import(VerdalHandle handle, const char* input, intptr_
   return api::GuardedTraced(0, Judge::kResult, work, [&] {
     platform::Trace("Error in VERDAL_Import: ID=%d, InputFile=%s", engine::LastError(),
                     input != nullptr ? input : "");
+  });
+}
+
+VERDAL_API int32_t VERDAL_Export(VerdalHandle handle, const char* target, intptr_t extra,
+                                 VerdalPathMapperFn mapper, intptr_t reserved, int32_t flags,
+                                 int32_t count, const int32_t* cursors, intptr_t arg1,
+                                 intptr_t arg2, intptr_t arg3, intptr_t arg4) {
+  (void)reserved;
+  return api::WithDatabase("VERDAL_Export", handle, 0, Judge::kResult, [&](TDBManager& db) {
+    engine::ExportRequest request;
+    request.target = target;
+    request.extra = extra;
+    request.mapper = mapper;
+    request.flags = flags;
+    request.count = count;
+    request.cursors = cursors;
+    request.args[0] = arg1;
+    request.args[1] = arg2;
+    request.args[2] = arg3;
+    request.args[3] = arg4;
+    return engine::Export(db, request);
+  });
+}
+
+VERDAL_API int32_t VERDAL_ExecAction(VerdalHandle handle, int32_t kind, const char* name,
+                                     int32_t count, const int32_t* cursors) {
+  return api::WithDatabase("VERDAL_ExecAction", handle, 0, Judge::kResult, [&](TDBManager& db) {
+    return engine::ExecAction(db, kind, name, count, cursors);
   });
 }
 
