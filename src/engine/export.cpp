@@ -42,7 +42,10 @@ int32_t DepthOf(const TDBCategoryData& place) {
   return std::clamp(depth, 0, kDepthTable - 1);
 }
 
-std::vector<const TDBCategoryData*> ChosenPlaces(NodeStore& store, const ExportRequest& request) {
+}  // namespace
+
+std::vector<const TDBCategoryData*> ExportPlaces(TDBManager& db, const ExportRequest& request) {
+  NodeStore& store = db.store;
   std::vector<const TDBCategoryData*> places;
   if (request.count > 0 && request.cursors != nullptr) {
     places.reserve(static_cast<size_t>(request.count));
@@ -59,6 +62,8 @@ std::vector<const TDBCategoryData*> ChosenPlaces(NodeStore& store, const ExportR
   return places;
 }
 
+namespace {
+
 // The companion file: each place's categories from the top down, then the place itself.
 void WritePaths(NodeStore& store, const std::vector<const TDBCategoryData*>& places,
                 BufferedFileWriter& out) {
@@ -74,10 +79,12 @@ void WritePaths(NodeStore& store, const std::vector<const TDBCategoryData*>& pla
   }
 }
 
-// Writes the exchange file (and with category columns its companion). Two passes over the places,
-// so that the header with the exact widths goes first and no row is held in memory.
-void WriteExchange(TDBManager& db, const std::vector<const TDBCategoryData*>& places, bool categories,
-                   const std::string& path) {
+}  // namespace
+
+// Two passes over the places, so that the header with the exact widths goes first and no row is
+// held in memory.
+void WriteExportExchange(TDBManager& db, const std::vector<const TDBCategoryData*>& places,
+                         bool categories, const std::string& path) {
   NodeStore& store = db.store;
   const size_t fieldCount = store.fields.size();
   std::array<int32_t, kDepthTable> categoryWidths;
@@ -132,8 +139,6 @@ void WriteExchange(TDBManager& db, const std::vector<const TDBCategoryData*>& pl
   }
 }
 
-}  // namespace
-
 int32_t Export(TDBManager& db, const ExportRequest& request) {
   VerdalPathMapperFn mapper = request.mapper != nullptr ? request.mapper : Switches().pathMapper;
   const exchange::SqlBridge* bridge = exchange::LoadSqlBridge();
@@ -145,8 +150,8 @@ int32_t Export(TDBManager& db, const ExportRequest& request) {
   const bool categories = (request.flags & exchange::kExportCategoryColumns) != 0;
   platform::ScopedTemporaryFile exchangeFile("tmp");
   {
-    const std::vector<const TDBCategoryData*> places = ChosenPlaces(db.store, request);
-    if (!exchangeFile.path.empty()) WriteExchange(db, places, categories, exchangeFile.path);
+    const std::vector<const TDBCategoryData*> places = ExportPlaces(db, request);
+    if (!exchangeFile.path.empty()) WriteExportExchange(db, places, categories, exchangeFile.path);
   }
   const std::string companion = exchangeFile.path + exchange::kPathsSuffix;
   if (bridge->exportRows != nullptr) {
