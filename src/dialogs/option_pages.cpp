@@ -57,7 +57,12 @@ std::unique_ptr<TPropertyPage> CreateOptionPage(int32_t kind, int32_t page, opti
       if (page == 1) return std::make_unique<TDBFieldMapPage>(record->fields, context.store);
       return nullptr;
     }
-    default:  // the export kind among them, whose page is not built yet
+    case OptionKind::kExport: {
+      auto* record = RecordOf<options::TFileExportContainer>(collection, entry);
+      if (record == nullptr || page != 0) return nullptr;
+      return std::make_unique<TFileExportMapPage>(*record, context.store, context.editExport);
+    }
+    default:
       return nullptr;
   }
 }

@@ -7,12 +7,13 @@
 //            manager's owner is 0)
 //   kind 5   field selection, separators
 //   kind 6   field selection
-//   kind 7   none yet: the export definition's page comes with the export gateway
+//   kind 7   the export definition, edited by the bridge
 //   kind 8   e-mail settings, field selection
 //   kind 10  replacement text, field selection
 #include <cstdint>
 #include <memory>
 
+#include "dialogs/file_export_page.h"
 #include "dialogs/property_sheet.h"
 #include "model/node_store.h"
 #include "options/base_config.h"
@@ -24,6 +25,7 @@ struct OptionPageContext {
   ui::Host& host;
   VerdalWindow parent;
   model::NodeStore& store;
+  EditExportDefinition editExport;  // how the export page has the bridge edit a definition
 };
 
 // Page `page` (0, 1, ...) of the kind for the entry at visible index `entry`; null past the

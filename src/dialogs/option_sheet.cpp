@@ -26,10 +26,11 @@ bool HasNamesPage(int32_t kind) {
 }  // namespace
 
 bool RunOptionSheet(ui::Host& host, VerdalWindow parent, const std::string& title, int32_t kind,
-                    options::TBaseConfigClass& collection, model::NodeStore& store) {
+                    options::TBaseConfigClass& collection, model::NodeStore& store,
+                    EditExportDefinition editExport) {
   if (!HasNamesPage(kind)) return false;
   TPropertySheet sheet(title);
-  const OptionPageContext context{host, parent, store};
+  const OptionPageContext context{host, parent, store, std::move(editExport)};
   auto pages = [kind, &collection, context](int32_t page, int32_t entry) {
     return CreateOptionPage(kind, page, collection, entry, context);
   };

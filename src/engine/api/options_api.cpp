@@ -6,6 +6,7 @@
 #include "dialogs/filter_dialog.h"
 #include "dialogs/option_sheet.h"
 #include "engine/api/api_frame.h"
+#include "engine/export.h"
 #include "engine/notify.h"
 #include "engine/option_kinds.h"
 #include "io/text_buffer.h"
@@ -42,8 +43,16 @@ bool RunKindSheet(TDBManager& db, VerdalWindow window, int32_t kind, int32_t own
     return host.RunSheet(window, dialog);
   }
   options::TBaseConfigClass* collection = engine::ConfigCollection(db, kind, owner);
+  // The export page hands its definition to the bridge as VERDAL_Export would.
+  auto editExport = [&db](const std::string& definition, int32_t flags) {
+    engine::ExportRequest request;
+    request.target = definition.c_str();
+    request.flags = flags;
+    return engine::Export(db, request) != 0;
+  };
   return collection != nullptr &&
-         dialogs::RunOptionSheet(host, window, title != nullptr ? title : "", kind, *collection, db.store);
+         dialogs::RunOptionSheet(host, window, title != nullptr ? title : "", kind, *collection, db.store,
+                                 editExport);
 }
 
 }  // namespace
