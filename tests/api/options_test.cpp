@@ -10,34 +10,13 @@
 
 #include "field_helpers.h"
 #include "recording_host.h"
-#include "support/sheet_controls.h"
+#include "scripted_ui.h"
 #include "temp_folder.h"
 #include "verdal.h"
 
 namespace {
 
-// A user interface whose sheets are run by the test's script; file pickers answer `pickPath`.
-struct ScriptedUi {
-  std::function<void(const VerdalSheet*)> script;
-  std::string pickPath;
-  ScriptedUi() {
-    VerdalUserInterface ui{};
-    ui.user = reinterpret_cast<intptr_t>(this);
-    ui.runSheet = [](intptr_t user, VerdalWindow, const VerdalSheet* sheet) {
-      reinterpret_cast<ScriptedUi*>(user)->script(sheet);
-    };
-    ui.pickFile = [](intptr_t user, VerdalWindow, const char*, const char*, int32_t, char* path) {
-      std::strcpy(path, reinterpret_cast<ScriptedUi*>(user)->pickPath.c_str());
-      return int32_t{1};
-    };
-    VERDAL_SetUserInterface(&ui);
-  }
-  ~ScriptedUi() { VERDAL_SetUserInterface(nullptr); }
-};
-
-void Set(const VerdalSheet* s, int32_t page, const char* label, const char* text) {
-  s->setText(s, ControlId(s, page, label), text);
-}
+constexpr auto Set = SetControl;
 
 // On the names page: a new entry named `name`; then, where the kind has a field page, the first
 // available field made active.

@@ -12,6 +12,7 @@
 
 #include "field_helpers.h"
 #include "import_host.h"
+#include "scripted_ui.h"
 #include "support/sql_servers.h"
 #include "temp_folder.h"
 #include "verdal.h"
@@ -171,6 +172,23 @@ TEST_P(SqlLink, RefusalsLeaveMemoryAsItWas) {
     EXPECT_EQ(shown.back().rfind("Fehler beim L\xF6schen des Datensatzes: ", 0), 0u) << shown.back();
     EXPECT_EQ(Outline(db), before);
   }
+}
+
+TEST_P(SqlLink, AReplacementGoesThroughTheTableAndPassesRowsItRefuses) {
+  {
+    ScriptedUi scripted;
+    MakeOption(scripted, db, VERDAL_OPTION_REPLACE, "Gleich", {"name"}, [](const VerdalSheet* s) {
+      SetControl(s, PageWith(s, "Geben Sie hier den Ersetzungstext ein:"), "Geben Sie hier den Ersetzungstext ein:",
+                 "Zed");
+    });
+  }
+  VERDAL_SetUserInterface(&ui);
+  // The names are unique in the table: the first row takes the text, the second is refused.
+  const int32_t rows[] = {Cursor(0), Cursor(1)};
+  EXPECT_EQ(VERDAL_ExecAction(db, VERDAL_OPTION_REPLACE, "Gleich", 2, rows), 1);
+  EXPECT_EQ(Sql("SELECT name FROM " + table + " ORDER BY id"), "Zed\nBert\n");
+  EXPECT_STREQ(VERDAL_GetData(db, kName, rows[0], 1, 0), "Zed");
+  EXPECT_STREQ(VERDAL_GetData(db, kName, rows[1], 1, 0), "Bert");
 }
 
 TEST_P(SqlLink, ExecSqlOnlyOnMySqlLinksAndTruncationIsTold) {
