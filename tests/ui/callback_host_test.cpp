@@ -41,4 +41,22 @@ TEST(CallbackHost, BuffersAndMissingMembers) {
   EXPECT_EQ(verdal::ui::CurrentHost().PromptPassword(nullptr, "T", "Passwort?", 31), std::nullopt);
 }
 
+// A record whose size stops before the later members: they are not read, whatever lies there,
+// and the host behaves as a headless one for them.
+TEST(CallbackHost, MembersPastTheRecordsSizeAreNotRead) {
+  static std::string copied;
+  VerdalUserInterface c{};
+  c.setClipboardText = [](intptr_t, const char* text) { copied = text; };
+  c.stopRequested = [](intptr_t) { return int32_t{1}; };
+  for (int32_t size : {0, static_cast<int32_t>(sizeof c)}) {
+    c.size = size;
+    copied.clear();
+    verdal::ui::CallbackHost host(c);
+    host.SetClipboardText("Kopie");
+    EXPECT_EQ(copied, size == 0 ? "" : "Kopie");
+    EXPECT_EQ(host.ClipboardText(), size == 0 ? "Kopie" : "");
+    EXPECT_EQ(host.StopRequested(), size != 0);
+  }
+}
+
 }  // namespace
