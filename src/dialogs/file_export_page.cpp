@@ -27,15 +27,15 @@ void TFileExportMapPage::Edit() {
   if (file.path.empty()) return;
   {
     std::ofstream out(file.path, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(record_.definition.data()),
-              static_cast<std::streamsize>(record_.definition.size()));
+    out.write(reinterpret_cast<const char*>(definition_.data()),
+              static_cast<std::streamsize>(definition_.size()));
     if (!out) return;
   }
   const int32_t flags = store_.categories.Count() > 0 ? kEditFlags | kCategoryColumns : kEditFlags;
   if (!edit_(file.path, flags)) return;
   std::ifstream in(file.path, std::ios::binary);
   if (!in) return;
-  record_.definition.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  definition_.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
 }  // namespace verdal::dialogs

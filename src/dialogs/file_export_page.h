@@ -1,6 +1,7 @@
 #pragma once
 // TFileExportMapPage, "Bearbeiten": an export definition is the bridge's own file, so the page has
-// one button, which hands a copy of it to the bridge to edit and takes the result back at once.
+// one button, which hands a copy of it to the bridge to edit and takes the result back. Like every
+// kind's page it writes the option only when the sheet is closed with OK.
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -20,18 +21,23 @@ class TFileExportMapPage : public TPropertyPage {
   enum ControlId : int32_t { kEdit = 1 };
 
   TFileExportMapPage(options::TFileExpData& record, model::NodeStore& store, EditExportDefinition edit)
-      : record_(record), store_(store), edit_(std::move(edit)) {}
+      : record_(record), store_(store), edit_(std::move(edit)), definition_(record.definition) {}
 
   std::string Title() const override { return "Bearbeiten"; }
   std::vector<ui::Control> Controls() const override;
   std::string Text(int32_t) const override { return std::string(); }
   void SetText(int32_t control, const std::string& text) override;
+  bool Apply() override {
+    record_.definition = definition_;
+    return true;
+  }
 
  private:
   void Edit();
   options::TFileExpData& record_;
   model::NodeStore& store_;
   EditExportDefinition edit_;
+  std::vector<uint8_t> definition_;
 };
 
 }  // namespace verdal::dialogs

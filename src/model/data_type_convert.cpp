@@ -11,7 +11,29 @@ namespace {
 
 constexpr std::string_view kNowValue = "\\RVALUE:NOW";
 
+// Whether a text is already what FormatNumber makes of it: an optional minus, an integer part
+// without leading zeros, and exactly `decimals` digits after a point, 18 digits at most in all. A
+// long double holds every decimal of 18 digits (LDBL_DIG), so reading and formatting such a text
+// gives it back unchanged, and the stored values that exports and imports pass again skip both.
+bool IsFormattedNumber(std::string_view t, int decimals) {
+  size_t i = !t.empty() && t[0] == '-' ? 1 : 0;
+  const size_t integerStart = i;
+  while (i < t.size() && t[i] >= '0' && t[i] <= '9') ++i;
+  const size_t integerDigits = i - integerStart;
+  if (integerDigits == 0 || (integerDigits > 1 && t[integerStart] == '0')) return false;
+  if (decimals <= 0) return i == t.size() && integerDigits <= 18;
+  if (i >= t.size() || t[i] != '.') return false;
+  const size_t fractionStart = ++i;
+  while (i < t.size() && t[i] >= '0' && t[i] <= '9') ++i;
+  return i == t.size() && i - fractionStart == static_cast<size_t>(decimals) &&
+         integerDigits + static_cast<size_t>(decimals) <= 18;
+}
+
 void NumberToInternal(std::string_view value, int decimals, std::string& out) {
+  if (IsFormattedNumber(value, decimals)) {
+    out.assign(value.data(), value.size());
+    return;
+  }
   std::string work(value);
   // Where both marks occur, a German user wrote points between thousands: 1.234,56.
   if (work.find('.') != std::string::npos && work.find(',') != std::string::npos &&

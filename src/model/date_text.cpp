@@ -85,7 +85,13 @@ void DateTimeToInternal(std::string_view text, std::string& out) {
   WriteSeven(out, v);
 }
 
+// "%02d" without a call of snprintf, which shown dates take millions of times in an export.
 void AppendTwoDigits(std::string& out, int32_t v) {
+  if (v >= 0 && v < 100) {
+    out += static_cast<char>('0' + v / 10);
+    out += static_cast<char>('0' + v % 10);
+    return;
+  }
   char buffer[16];
   const int n = std::snprintf(buffer, sizeof buffer, "%02d", v);
   out.append(buffer, static_cast<size_t>(n));

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include <cstring>
 
 #include "api/temp_folder.h"
@@ -45,7 +47,12 @@ class OptionSheet : public ::testing::Test {
       if (!ok) s.PressCancel();
       return ok && s.PressOk();
     };
-    return dialogs::RunOptionSheet(host, nullptr, "Optionen", kind, collection, db.store);
+    // The export page's bridge: appends the flags it was called with to the definition file.
+    auto edit = [](const std::string& path, int32_t flags) {
+      std::ofstream(path, std::ios::app) << "+" << flags;
+      return true;
+    };
+    return dialogs::RunOptionSheet(host, nullptr, "Optionen", kind, collection, db.store, edit);
   }
 
   engine::TDBManager db{0};
@@ -179,7 +186,12 @@ TEST_F(OptionSheet, KindPagesWriteOnlyOnOk) {
        }},
       {6, o.fieldViews, {"Einstellungen", "Datenfelder"}, [&](SheetDriver& d) { choose(d, 1, "Verf\xFCgbare Felder:"); },
        [&] { EXPECT_EQ(o.fieldViews.At(0)->fields, ort); }},
-      {7, o.exports, {"Einstellungen"}, [](SheetDriver&) {}, [] {}},
+      {7, o.exports, {"Einstellungen", "Bearbeiten"}, [&](SheetDriver& d) { d.Press(1, "Bearbeiten..."); },
+       [&] {
+         // The bridge had the definition as a file, for editing only, and its answer was taken.
+         const std::vector<uint8_t>& r = o.exports.At(0)->definition;
+         EXPECT_EQ(std::string(r.begin(), r.end()), "alt+17408");
+       }},
       {8, o.emails, {"Einstellungen", "Email-Einstellungen", "Datenfelder"},
        [&](SheetDriver& d) {
          d.Set(1, "Betreff:", "Hallo");
@@ -209,6 +221,8 @@ TEST_F(OptionSheet, KindPagesWriteOnlyOnOk) {
   };
   db.lists.owner = 1;
   o.emails.Add("Eins");
+  o.exports.Add("Eins");
+  o.exports.At(0)->definition = {'a', 'l', 't'};
   o.emails.At(0)->flags = options::TEmailData::kTemplate;
   for (Case& c : cases) {
     SCOPED_TRACE(c.kind);
