@@ -124,6 +124,11 @@ void WriteExportExchange(TDBManager& db, const std::vector<const TDBCategoryData
     for (size_t f = 0; f < fieldCount; ++f) {
       model::TDBFieldInfo& field = *store.fields[f];
       const auto value = model::FieldValueOf(store, place, static_cast<int32_t>(f));
+      if (field.type.KeepsTextAsIs()) {
+        const std::string_view text = value ? *value : std::string_view();
+        exchange::WriteExportValue(out, text, text);
+        continue;
+      }
       field.type.ToInternal(value ? *value : std::string_view(), internal, false, nullptr);
       field.type.CreateDisplayString(internal, shown, false, false, &db.links);
       exchange::WriteExportValue(out, internal, shown);

@@ -57,9 +57,7 @@ void TDataTypeInfo::CreateDisplayString(std::string_view value, std::string& out
 
 void TDataTypeInfo::ShowValue(std::string_view value, std::string& out, bool useWords,
                               bool convertFirst, TLinkResolver* database) const {
-  const bool shownAsStored = dataType != kTypeNumber && dataType != kTypeYesNo && dataType != kTypeDateTime &&
-                             dataType != kTypeDate && dataType != kTypeTime && dataType != kTypeLink;
-  if (shownAsStored && !convertFirst) {
+  if (KeepsTextAsIs() && !convertFirst) {
     out.assign(value.data(), value.size());  // text is shown as it is kept; assign copes with a view of out
     return;
   }

@@ -99,6 +99,14 @@ struct TDataTypeInfo {
   // database.
   int DisplayClass(TLinkResolver* database) const;
 
+  // Whether a value's internal form and shown text are the text itself (plain text): loops over
+  // millions of values then pass it on without converting.
+  bool KeepsTextAsIs() const {
+    return dataType != kTypeNumber && dataType != kTypeYesNo && dataType != kTypeBinary &&
+           dataType != kTypeDateTime && dataType != kTypeDate && dataType != kTypeTime &&
+           dataType != kTypeLink;
+  }
+
   // Types a field after an SQL column: its ODBC type and decimal digits (-1 for unknown). Other
   // ODBC types leave the field as it is.
   void SqlToType(int16_t columnSqlType, int32_t columnDigits);
