@@ -172,6 +172,7 @@ const std::map<std::string, ColumnType>& OdbcConnection::ColumnsOf(const std::st
       bool isNull = false;
       if (!statement.GetText(4, columnName, isNull)) break;
       ColumnType type;
+      type.name = columnName;
       if (statement.GetText(5, text, isNull) && !isNull)
         type.odbcType = static_cast<SQLSMALLINT>(std::atoi(text.c_str()));
       if (statement.GetText(7, text, isNull) && !isNull)

@@ -21,6 +21,7 @@ struct ColumnType {
   SQLSMALLINT odbcType = SQL_WVARCHAR;  // unknown columns are sent as text
   SQLULEN size = 0;
   SQLSMALLINT decimals = 0;
+  std::string name;  // as the table spells it, where the driver described the column
 };
 
 class OdbcConnection {
