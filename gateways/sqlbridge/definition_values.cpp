@@ -6,6 +6,17 @@
 
 namespace verdal::sqlbridge {
 
+bool LoadDefinitionProfile(const std::string& path, const char* section, platform::ProfileFile& profile,
+                           std::string& native, std::string& error) {
+  native = platform::NativePath(path.c_str());
+  try {
+    if (profile.Load(native.c_str()) && profile.HasSection(section)) return true;
+  } catch (...) {  // a folder: the stream refuses to read it
+  }
+  error = "The definition " + native + " cannot be read or has no section " + section + ".";
+  return false;
+}
+
 std::vector<std::string> SplitList(const std::string& text) {
   std::vector<std::string> parts;
   size_t start = 0;

@@ -5,9 +5,16 @@
 #include <string>
 #include <vector>
 
+#include "platform/profile_file.h"
+
 namespace verdal::sqlbridge {
 
 enum class Charset { kAuto, kUtf8, kCp1252 };
+
+// Reads the definition file at `path` into `profile` and gives its native name in `native`. False,
+// with the reason in `error`, when it cannot be read or has no section `section`.
+bool LoadDefinitionProfile(const std::string& path, const char* section, platform::ProfileFile& profile,
+                           std::string& native, std::string& error);
 
 // The comma-separated names of a list, each without its outer blanks; empty names are dropped.
 std::vector<std::string> SplitList(const std::string& text);

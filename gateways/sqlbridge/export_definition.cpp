@@ -80,11 +80,8 @@ bool ExportDefinitionForDataFile(const std::string& path, ExportDefinition& defi
 bool LoadExportDefinition(const std::string& path, ExportDefinition& definition, std::string& error) {
   definition = ExportDefinition{};
   platform::ProfileFile profile;
-  const std::string native = platform::NativePath(path.c_str());
-  if (!profile.Load(native.c_str()) || !profile.HasSection(kSection)) {
-    error = "The export definition " + native + " cannot be read or has no section ODBC_EXPORT.";
-    return false;
-  }
+  std::string native;
+  if (!LoadDefinitionProfile(path, kSection, profile, native, error)) return false;
   auto text = [&](const char* key) { return profile.GetString(kSection, key, Fallback(key)); };
 
   const std::string format = text("EXPORT_FORMAT");

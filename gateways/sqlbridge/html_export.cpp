@@ -35,10 +35,7 @@ void AppendEscaped(TargetFile& out, std::string_view text, std::string& scratch)
 
 bool WriteHtmlExport(ExportSource& source, const ExportDefinition& definition, std::string& error) {
   TargetFile out;
-  if (!out.Open(definition.target)) {
-    error = "The file " + definition.target + " cannot be created.";
-    return false;
-  }
+  if (!out.Open(definition.target, error)) return false;
   std::string scratch;
   std::string title = platform::FileNamePart(definition.target.c_str());
   const size_t dot = title.rfind('.');
@@ -68,11 +65,7 @@ bool WriteHtmlExport(ExportSource& source, const ExportDefinition& definition, s
       error);
   if (!rows) return false;
   out.Append("</tbody>\n</table>\n</body>\n</html>\n");
-  if (!out.Commit()) {
-    error = "The file " + definition.target + " cannot be written.";
-    return false;
-  }
-  return true;
+  return out.Commit(error);
 }
 
 }  // namespace verdal::sqlbridge

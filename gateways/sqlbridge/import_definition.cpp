@@ -47,11 +47,8 @@ bool DefinitionForDataFile(const std::string& path, int32_t mode, ImportDefiniti
 bool LoadDefinition(const std::string& path, ImportDefinition& definition, std::string& error) {
   definition = ImportDefinition{};
   platform::ProfileFile profile;
-  const std::string native = platform::NativePath(path.c_str());
-  if (!profile.Load(native.c_str()) || !profile.HasSection(kSection)) {
-    error = "The import definition " + native + " cannot be read or has no section ODBC_IMPORT.";
-    return false;
-  }
+  std::string native;
+  if (!LoadDefinitionProfile(path, kSection, profile, native, error)) return false;
   auto text = [&](const char* key, const char* fallback = "") {
     return profile.GetString(kSection, key, fallback);
   };

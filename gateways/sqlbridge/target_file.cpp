@@ -22,11 +22,12 @@ void TargetFile::Claim(const std::string& path) {
   ::unlink(partial_.c_str());
 }
 
-bool TargetFile::Open(const std::string& path) {
+bool TargetFile::Open(const std::string& path, std::string& error) {
   Claim(path);
   // A new file only: never written through a link that someone left under the partial name.
   fd_ = ::open(partial_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
   if (fd_ < 0) {
+    error = "The file " + path_ + " cannot be created.";
     partial_.clear();  // not ours to remove
     return false;
   }
@@ -58,7 +59,7 @@ void TargetFile::Flush() {
   buffer_.clear();
 }
 
-bool TargetFile::Commit() {
+bool TargetFile::Commit(std::string& error) {
   if (fd_ >= 0) {
     Flush();
     if (::fsync(fd_) != 0) failed_ = true;
@@ -71,6 +72,7 @@ bool TargetFile::Commit() {
     if (fd >= 0) ::close(fd);
   }
   committed_ = !failed_ && platform::RenameFile(partial_.c_str(), path_.c_str());
+  if (!committed_) error = "The file " + path_ + " cannot be written.";
   return committed_;
 }
 

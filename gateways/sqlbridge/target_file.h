@@ -14,8 +14,9 @@ class TargetFile {
   TargetFile(const TargetFile&) = delete;
   TargetFile& operator=(const TargetFile&) = delete;
 
-  // Creates the partial file to write through Append. False when it cannot be made.
-  bool Open(const std::string& path);
+  // Creates the partial file to write through Append. False, with the reason in `error`, when it
+  // cannot be made.
+  bool Open(const std::string& path, std::string& error);
   // Takes the partial name for a writer that makes the file itself (PartialPath()); a stale file
   // of that name is removed first.
   void Claim(const std::string& path);
@@ -32,9 +33,9 @@ class TargetFile {
   // Code page 1252 text, as UTF-8 where `utf8` is set. Plain ASCII passes untouched.
   void AppendText(std::string_view text, bool utf8);
 
-  // Writes what is left, forces the file to disk and renames it onto the name. False when any
-  // write failed; the partial file is gone then.
-  bool Commit();
+  // Writes what is left, forces the file to disk and renames it onto the name. False, with the
+  // reason in `error`, when any write failed; the partial file is gone then.
+  bool Commit(std::string& error);
 
  private:
   static constexpr size_t kBlock = 1 << 20;

@@ -83,10 +83,7 @@ class CellWriter {
 
 bool WriteTextExport(ExportSource& source, const ExportDefinition& definition, std::string& error) {
   TargetFile out;
-  if (!out.Open(definition.target)) {
-    error = "The file " + definition.target + " cannot be created.";
-    return false;
-  }
+  if (!out.Open(definition.target, error)) return false;
   const std::vector<OutputColumn>& columns = source.Columns();
   CellWriter cells(out, definition.text, definition.utf8, columns.size() == 1);
   const char separator = definition.text.separator;
@@ -109,11 +106,7 @@ bool WriteTextExport(ExportSource& source, const ExportDefinition& definition, s
       },
       error);
   if (!rows) return false;
-  if (!out.Commit()) {
-    error = "The file " + definition.target + " cannot be written.";
-    return false;
-  }
-  return true;
+  return out.Commit(error);
 }
 
 }  // namespace verdal::sqlbridge

@@ -171,11 +171,9 @@ bool WriteXlsxExport(ExportSource& source, const ExportDefinition& definition, s
       error);
   const lxw_error closed = workbook_close(book);
   if (!rows) return false;
-  if (closed != LXW_NO_ERROR || !out.Commit()) {
-    error = "The workbook " + definition.target + " cannot be written: " + lxw_strerror(closed);
-    return false;
-  }
-  return true;
+  if (closed == LXW_NO_ERROR) return out.Commit(error);
+  error = "The workbook " + definition.target + " cannot be written: " + lxw_strerror(closed);
+  return false;
 }
 
 }  // namespace verdal::sqlbridge

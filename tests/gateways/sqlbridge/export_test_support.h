@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "api/temp_folder.h"
+#include "bridge_export.h"
 #include "exchange/export_exchange.h"
 #include "support/byte_builder.h"
 
@@ -49,6 +50,17 @@ inline ExportTable StandardTable() {
   t.paths = {{"Nord", "Kiel", "Anna"}, {"S\xFC" "d", "Bert"}, {"Cora"}};
   return t;
 }
+
+// The standard table in a fresh folder, exported by name.
+class ExportFixture : public ::testing::Test {
+ protected:
+  void SetUp() override { StandardTable().Write(exchange_); }
+  int32_t Export(const std::string& target, int32_t flags) {
+    return RunExport(target.c_str(), exchange_.c_str(), nullptr, flags);
+  }
+  TempFolder folder_;
+  std::string exchange_ = folder_ / "x.tmp";
+};
 
 inline std::string FileText(const std::string& path) {
   const std::vector<uint8_t> bytes = TempFolder::Read(path);

@@ -14,15 +14,7 @@ using testing::ScriptLines;
 using testing::WriteText;
 constexpr int32_t kCategories = exchange::kExportCategoryColumns;
 
-class FileExportTest : public ::testing::Test {
- protected:
-  void SetUp() override { testing::StandardTable().Write(exchange_); }
-  int32_t Export(const std::string& target, int32_t flags) {
-    return RunExport(target.c_str(), exchange_.c_str(), nullptr, flags);
-  }
-  TempFolder folder_;
-  std::string exchange_ = folder_ / "x.tmp";
-};
+using FileExportTest = testing::ExportFixture;
 
 TEST_F(FileExportTest, XlsxCellsAreTypedAndRowsOutlinedByDepth) {
   ASSERT_EQ(Export(folder_ / "book.xlsx", kCategories), 1);

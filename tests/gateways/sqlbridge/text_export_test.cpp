@@ -18,12 +18,8 @@ using testing::WriteText;
 constexpr int32_t kDefinition = exchange::kExportDefinitionFile;
 constexpr int32_t kCategories = exchange::kExportCategoryColumns;
 
-class TextExportTest : public ::testing::Test {
+class TextExportTest : public testing::ExportFixture {
  protected:
-  void SetUp() override { testing::StandardTable().Write(exchange_); }
-  int32_t Export(const std::string& target, int32_t flags) {
-    return RunExport(target.c_str(), exchange_.c_str(), nullptr, flags);
-  }
   // Exports through a definition with these keys into out.csv and gives the file's bytes.
   std::string ExportWith(const std::string& keys, int32_t flags = kDefinition | kCategories) {
     WriteText(folder_ / "def.exp", "[ODBC_EXPORT]\nDATASOURCE=out.csv\n" + keys);
@@ -31,8 +27,6 @@ class TextExportTest : public ::testing::Test {
     EXPECT_EQ(Export(folder_ / "def.exp", flags), 1) << keys;
     return FileText(folder_ / "out.csv");
   }
-  TempFolder folder_;
-  std::string exchange_ = folder_ / "x.tmp";
 };
 
 TEST_F(TextExportTest, DataFileNamedDirectly) {
