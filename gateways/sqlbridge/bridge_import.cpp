@@ -2,10 +2,10 @@
 
 #include <unistd.h>
 
-#include <cstring>
 #include <string>
 
 #include "import_definition.h"
+#include "mapped_path.h"
 #include "mysql_handoff.h"
 #include "odbc_import.h"
 #include "platform/file_system.h"
@@ -13,27 +13,14 @@
 #include "text_import.h"
 
 namespace verdal::sqlbridge {
-namespace {
-
-constexpr size_t kMapperBuffer = 260;
-
-}  // namespace
 
 int32_t RunImport(const char* input, const char* exchangePath, VerdalPathMapperFn mapper,
                   intptr_t option, int32_t flags, int32_t fieldCount, const char* const* names1,
                   const char* const* names2) {
   // There is no dialog to choose a source in a library: without one nothing can be read.
   if (input == nullptr || exchangePath == nullptr) return 0;
-  std::string path = input;
-  if (mapper != nullptr) {
-    if (path.size() >= kMapperBuffer) return 0;
-    char buffer[kMapperBuffer] = {};
-    std::memcpy(buffer, path.data(), path.size());
-    mapper(buffer);
-    buffer[kMapperBuffer - 1] = '\0';
-    path = buffer;
-  }
-  path = platform::NativePath(path.c_str());
+  std::string path;
+  if (!MapHostPath(input, mapper, path)) return 0;
   if ((flags & kFlagConfigureOnly) != 0) return 1;
 
   ImportDefinition definition;

@@ -1,5 +1,6 @@
 // The C entry points of libverdal_sqlbridge.so. The engine calls them through dlsym; nothing
 // thrown inside may cross back into it, so each one catches everything and reports failure.
+#include "bridge_export.h"
 #include "bridge_import.h"
 #include "exchange/gateway_abi.h"
 #include "odbc_connection.h"
@@ -18,6 +19,21 @@ BRIDGE_EXPORT int32_t ODBC_IMPORT_ZEP(const char* input, const char* exchangePat
   (void)reserved;
   try {
     return RunImport(input, exchangePath, mapper, option, flags, fieldCount, names1, names2);
+  } catch (...) {
+    return 0;
+  }
+}
+
+BRIDGE_EXPORT int32_t ODBC_EXPORT_ZEP(const char* target, const char* exchangePath, intptr_t extra,
+                                      VerdalPathMapperFn mapper, int32_t flags, intptr_t arg1,
+                                      intptr_t arg2, intptr_t arg3, intptr_t arg4) {
+  (void)extra;  // the host's own words, which the bridge does not read
+  (void)arg1;
+  (void)arg2;
+  (void)arg3;
+  (void)arg4;
+  try {
+    return RunExport(target, exchangePath, mapper, flags);
   } catch (...) {
     return 0;
   }

@@ -1,9 +1,9 @@
 #include "import_definition.h"
 
-#include <strings.h>
-
 #include <cstdio>
 
+#include "definition_values.h"
+#include "exchange/text_write_back.h"
 #include "platform/file_system.h"
 #include "platform/profile_file.h"
 
@@ -12,47 +12,9 @@ namespace {
 
 constexpr const char* kSection = "ODBC_IMPORT";
 
-bool EndsWith(const std::string& text, const char* suffix) {
-  const size_t n = std::char_traits<char>::length(suffix);
-  return text.size() >= n && strcasecmp(text.c_str() + text.size() - n, suffix) == 0;
-}
-
-std::vector<std::string> SplitList(const std::string& text) {
-  std::vector<std::string> parts;
-  size_t start = 0;
-  while (start <= text.size()) {
-    size_t end = text.find(',', start);
-    if (end == std::string::npos) end = text.size();
-    std::string part = text.substr(start, end - start);
-    const size_t first = part.find_first_not_of(" \t");
-    if (first != std::string::npos)
-      parts.push_back(part.substr(first, part.find_last_not_of(" \t") - first + 1));
-    start = end + 1;
-  }
-  return parts;
-}
-
-char SeparatorOfType(int32_t type, const std::string& userSeparator) {
-  switch (type) {
-    case 0: return '\t';
-    case 2: return ',';
-    case 3: return ' ';
-    case 4: return userSeparator.empty() ? ';' : userSeparator[0];
-    default: return ';';
-  }
-}
-
-// A relative DATASOURCE lies beside the definition.
-std::string BesideDefinition(const std::string& definitionPath, const std::string& name) {
-  std::string path = platform::NativePath(name.c_str());
-  if (path.empty() || path[0] == '/') return path;
-  const size_t slash = definitionPath.rfind('/');
-  return slash == std::string::npos ? path : definitionPath.substr(0, slash + 1) + path;
-}
-
 }  // namespace
 
-bool IsDefinitionName(const std::string& path) { return EndsWith(path, ".imp"); }
+bool IsDefinitionName(const std::string& path) { return platform::HasExtension(path.c_str(), ".imp"); }
 
 char GuessSeparator(const std::string& path) {
   FILE* file = std::fopen(platform::NativePath(path.c_str()).c_str(), "rb");
@@ -70,9 +32,9 @@ char GuessSeparator(const std::string& path) {
 }
 
 bool DefinitionForDataFile(const std::string& path, int32_t mode, ImportDefinition& definition) {
-  const bool tabbed = EndsWith(path, ".tab") || EndsWith(path, ".tsv");
-  if (!tabbed && !EndsWith(path, ".csv") && !EndsWith(path, ".txt") && !EndsWith(path, ".asc"))
-    return false;
+  const auto is = [&](const char* extension) { return platform::HasExtension(path.c_str(), extension); };
+  const bool tabbed = is(".tab") || is(".tsv");
+  if (!tabbed && !is(".csv") && !is(".txt") && !is(".asc")) return false;
   definition = ImportDefinition{};
   definition.kind = ImportDefinition::Kind::kText;
   definition.mode = mode;
@@ -85,11 +47,8 @@ bool DefinitionForDataFile(const std::string& path, int32_t mode, ImportDefiniti
 bool LoadDefinition(const std::string& path, ImportDefinition& definition, std::string& error) {
   definition = ImportDefinition{};
   platform::ProfileFile profile;
-  const std::string native = platform::NativePath(path.c_str());
-  if (!profile.Load(native.c_str()) || !profile.HasSection(kSection)) {
-    error = "The import definition " + native + " cannot be read or has no section ODBC_IMPORT.";
-    return false;
-  }
+  std::string native;
+  if (!LoadDefinitionProfile(path, kSection, profile, native, error)) return false;
   auto text = [&](const char* key, const char* fallback = "") {
     return profile.GetString(kSection, key, fallback);
   };
@@ -116,19 +75,14 @@ bool LoadDefinition(const std::string& path, ImportDefinition& definition, std::
     definition.dataSource = BesideDefinition(native, text("DATASOURCE"));
     definition.columnLine = number("TXT_IMPORT_USECOLUMNS", 1) != 0;
     definition.format.separator =
-        SeparatorOfType(number("TXT_IMPORT_SEPTYPE", 59), text("TXT_IMPORT_USER_SEP", ";"));
+        exchange::SeparatorOfType(number("TXT_IMPORT_SEPTYPE", 59), text("TXT_IMPORT_USER_SEP", ";"));
     const std::string delimiter = text("TXT_IMPORT_STRING_DELIM");
     definition.format.delimiter = delimiter.empty() ? '\0' : delimiter[0];
     const int32_t count = number("NUM_SRC_FIELDS", 0);
     for (int32_t i = 0; i < count && i < 32767; ++i)
       definition.sourceFields.push_back(text(("SRC_FIELD" + std::to_string(i)).c_str()));
     const std::string charset = text("TXT_IMPORT_CHARSET");
-    if (strcasecmp(charset.c_str(), "UTF-8") == 0 || strcasecmp(charset.c_str(), "UTF8") == 0)
-      definition.charset = Charset::kUtf8;
-    else if (strcasecmp(charset.c_str(), "CP1252") == 0 ||
-             strcasecmp(charset.c_str(), "WINDOWS-1252") == 0)
-      definition.charset = Charset::kCp1252;
-    else if (!charset.empty()) {
+    if (!ParseCharset(charset, definition.charset)) {
       error = "TXT_IMPORT_CHARSET " + charset + " is not UTF-8 or CP1252.";
       return false;
     }

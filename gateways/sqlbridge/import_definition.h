@@ -6,10 +6,9 @@
 #include <vector>
 
 #include "csv_reader.h"
+#include "definition_values.h"
 
 namespace verdal::sqlbridge {
-
-enum class Charset { kAuto, kUtf8, kCp1252 };
 
 struct ImportDefinition {
   enum class Kind { kText, kOdbc, kMySql };

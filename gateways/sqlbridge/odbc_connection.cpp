@@ -152,39 +152,67 @@ std::string OdbcConnection::QuoteTable(std::string_view table) const {
   return QuoteName(table.substr(0, point)) + "." + QuoteName(table.substr(point + 1));
 }
 
-ColumnType OdbcConnection::Column(const std::string& table, std::string_view column) {
+const std::map<std::string, ColumnType>& OdbcConnection::ColumnsOf(const std::string& table) {
   const std::string tableKey = Upper(table);
   auto found = columns_.find(tableKey);
-  if (found == columns_.end()) {
-    std::map<std::string, ColumnType>& types = columns_[tableKey];
-    OdbcStatement statement(handle_);
-    const size_t point = table.find('.');
-    WideText schema = point == std::string::npos ? WideText() : Widen(table.substr(0, point));
-    WideText name = Widen(point == std::string::npos ? table : table.substr(point + 1));
-    if (statement.Ok() &&
-        SQL_SUCCEEDED(SQLColumnsW(statement.Handle(), nullptr, 0,
-                                  schema.empty() ? nullptr : schema.data(),
-                                  static_cast<SQLSMALLINT>(schema.size()), name.data(),
-                                  static_cast<SQLSMALLINT>(name.size()), nullptr, 0))) {
-      // Columns 4 COLUMN_NAME, 5 DATA_TYPE, 7 COLUMN_SIZE, 9 DECIMAL_DIGITS.
-      while (statement.Fetch() == SQL_SUCCESS) {
-        std::string columnName, text;
-        bool isNull = false;
-        if (!statement.GetText(4, columnName, isNull)) break;
-        ColumnType type;
-        if (statement.GetText(5, text, isNull) && !isNull)
-          type.odbcType = static_cast<SQLSMALLINT>(std::atoi(text.c_str()));
-        if (statement.GetText(7, text, isNull) && !isNull)
-          type.size = static_cast<SQLULEN>(std::max(0L, std::atol(text.c_str())));
-        if (statement.GetText(9, text, isNull) && !isNull)
-          type.decimals = static_cast<SQLSMALLINT>(std::atoi(text.c_str()));
-        types.emplace(Upper(columnName), type);
-      }
+  if (found != columns_.end()) return found->second;
+  std::map<std::string, ColumnType>& types = columns_[tableKey];
+  OdbcStatement statement(handle_);
+  const size_t point = table.find('.');
+  WideText schema = point == std::string::npos ? WideText() : Widen(table.substr(0, point));
+  WideText name = Widen(point == std::string::npos ? table : table.substr(point + 1));
+  if (statement.Ok() &&
+      SQL_SUCCEEDED(SQLColumnsW(statement.Handle(), nullptr, 0,
+                                schema.empty() ? nullptr : schema.data(),
+                                static_cast<SQLSMALLINT>(schema.size()), name.data(),
+                                static_cast<SQLSMALLINT>(name.size()), nullptr, 0))) {
+    // Columns 4 COLUMN_NAME, 5 DATA_TYPE, 7 COLUMN_SIZE, 9 DECIMAL_DIGITS.
+    while (statement.Fetch() == SQL_SUCCESS) {
+      std::string columnName, text;
+      bool isNull = false;
+      if (!statement.GetText(4, columnName, isNull)) break;
+      ColumnType type;
+      type.name = columnName;
+      if (statement.GetText(5, text, isNull) && !isNull)
+        type.odbcType = static_cast<SQLSMALLINT>(std::atoi(text.c_str()));
+      if (statement.GetText(7, text, isNull) && !isNull)
+        type.size = static_cast<SQLULEN>(std::max(0L, std::atol(text.c_str())));
+      if (statement.GetText(9, text, isNull) && !isNull)
+        type.decimals = static_cast<SQLSMALLINT>(std::atoi(text.c_str()));
+      types.emplace(Upper(columnName), type);
     }
-    found = columns_.find(tableKey);
   }
-  const auto column_it = found->second.find(Upper(column));
-  return column_it == found->second.end() ? ColumnType{} : column_it->second;
+  return types;
+}
+
+bool OdbcConnection::FindColumn(const std::string& table, std::string_view column, ColumnType& type) {
+  const std::map<std::string, ColumnType>& types = ColumnsOf(table);
+  const auto found = types.find(Upper(column));
+  type = found == types.end() ? ColumnType{} : found->second;
+  return found != types.end();
+}
+
+ColumnType OdbcConnection::Column(const std::string& table, std::string_view column) {
+  ColumnType type;
+  FindColumn(table, column, type);
+  return type;
+}
+
+bool OdbcConnection::HasTable(const std::string& table) { return !ColumnsOf(table).empty(); }
+
+bool OdbcConnection::BeginTransaction(std::string& error) {
+  if (SQL_SUCCEEDED(SQLSetConnectAttr(handle_, SQL_ATTR_AUTOCOMMIT,
+                                      reinterpret_cast<SQLPOINTER>(SQL_AUTOCOMMIT_OFF), 0)))
+    return true;
+  error = Diagnostics(SQL_HANDLE_DBC, handle_);
+  return false;
+}
+
+bool OdbcConnection::EndTransaction(bool commit, std::string& error) {
+  const bool ended = SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, handle_, commit ? SQL_COMMIT : SQL_ROLLBACK));
+  if (!ended) error = Diagnostics(SQL_HANDLE_DBC, handle_);
+  SQLSetConnectAttr(handle_, SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(SQL_AUTOCOMMIT_ON), 0);
+  return ended;
 }
 
 }  // namespace verdal::sqlbridge

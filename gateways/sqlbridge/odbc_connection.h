@@ -21,6 +21,7 @@ struct ColumnType {
   SQLSMALLINT odbcType = SQL_WVARCHAR;  // unknown columns are sent as text
   SQLULEN size = 0;
   SQLSMALLINT decimals = 0;
+  std::string name;  // as the table spells it, where the driver described the column
 };
 
 class OdbcConnection {
@@ -49,6 +50,17 @@ class OdbcConnection {
   // The type of a table's column as SQLColumns tells it, asked once per table. A column the
   // driver does not describe is text.
   ColumnType Column(const std::string& table, std::string_view column);
+  // The same, false where the driver does not describe the column.
+  bool FindColumn(const std::string& table, std::string_view column, ColumnType& type);
+
+  // Whether the driver describes columns of this table (SQLColumns), asked once per table as
+  // Column is: a table it does not know is taken to be missing.
+  bool HasTable(const std::string& table);
+
+  // Turns automatic commits off, so that what follows is one transaction until EndTransaction,
+  // which commits or rolls back and turns them on again. False with the driver's words in error.
+  bool BeginTransaction(std::string& error);
+  bool EndTransaction(bool commit, std::string& error);
 
   // The statement of this text, prepared at its first use and kept for the next (a linked
   // database runs the same few statements thousands of times); null, with the driver's words in
@@ -74,6 +86,7 @@ class OdbcConnection {
 
  private:
   void LearnServer();
+  const std::map<std::string, ColumnType>& ColumnsOf(const std::string& table);
 
   SQLHDBC handle_ = SQL_NULL_HDBC;
   bool connected_ = false;

@@ -56,6 +56,20 @@ bool OdbcStatement::BindInteger(SQLUSMALLINT number, int32_t value) {
                                         0, 0, &stored, 0, &indicator));
 }
 
+bool OdbcStatement::BindInt64(SQLUSMALLINT number, int64_t value, SQLSMALLINT odbcType) {
+  SQLBIGINT& stored = bigIntegers_.emplace_back(value);
+  SQLLEN& indicator = indicators_.emplace_back(0);
+  return SQL_SUCCEEDED(SQLBindParameter(handle_, number, SQL_PARAM_INPUT, SQL_C_SBIGINT, odbcType,
+                                        0, 0, &stored, 0, &indicator));
+}
+
+bool OdbcStatement::BindDouble(SQLUSMALLINT number, double value, SQLSMALLINT odbcType) {
+  SQLDOUBLE& stored = doubles_.emplace_back(value);
+  SQLLEN& indicator = indicators_.emplace_back(0);
+  return SQL_SUCCEEDED(SQLBindParameter(handle_, number, SQL_PARAM_INPUT, SQL_C_DOUBLE, odbcType,
+                                        15, 0, &stored, 0, &indicator));
+}
+
 bool OdbcStatement::Execute() {
   const SQLRETURN rc = SQLExecute(handle_);
   return SQL_SUCCEEDED(rc) || rc == SQL_NO_DATA;
@@ -67,6 +81,8 @@ void OdbcStatement::Reset() {
   texts_.clear();
   indicators_.clear();
   integers_.clear();
+  bigIntegers_.clear();
+  doubles_.clear();
 }
 
 bool OdbcStatement::ExecuteDirect(std::string_view sql) {

@@ -29,6 +29,9 @@ class OdbcStatement {
                 SQLSMALLINT decimals);
   bool BindNull(SQLUSMALLINT number, SQLSMALLINT odbcType, SQLULEN size, SQLSMALLINT decimals);
   bool BindInteger(SQLUSMALLINT number, int32_t value);
+  // Numbers sent as numbers, to a column of `odbcType`.
+  bool BindInt64(SQLUSMALLINT number, int64_t value, SQLSMALLINT odbcType);
+  bool BindDouble(SQLUSMALLINT number, double value, SQLSMALLINT odbcType);
   bool Execute();
   bool ExecuteDirect(std::string_view sql);
   // Makes a prepared statement ready to run again: its cursor closed, its parameters unbound.
@@ -50,6 +53,8 @@ class OdbcStatement {
   std::deque<WideText> texts_;
   std::deque<SQLLEN> indicators_;
   std::deque<SQLINTEGER> integers_;
+  std::deque<SQLBIGINT> bigIntegers_;
+  std::deque<SQLDOUBLE> doubles_;
 };
 
 }  // namespace verdal::sqlbridge

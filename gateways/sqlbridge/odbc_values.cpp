@@ -134,27 +134,70 @@ void ToInternalValue(int16_t sqlType, std::string& value) {
   }
 }
 
-bool SevenToIso(std::string_view value, int32_t odbcType, std::string& out) {
+bool ReadSeven(std::string_view value, int32_t (&numbers)[7]) {
   if (!model::IsSevenPartValue(value)) return false;
   std::string_view parts[7];
   model::SplitText(value, '.', parts, 7);
+  for (int i = 0; i < 7; ++i) numbers[i] = model::ReadInteger(parts[i]);
+  return true;
+}
+
+bool SevenToIso(std::string_view value, int32_t odbcType, std::string& out, bool milliseconds) {
   int32_t v[7];
-  for (int i = 0; i < 7; ++i) v[i] = model::ReadInteger(parts[i]);
+  if (!ReadSeven(value, v)) return false;
   bool date = odbcType == SQL_TYPE_DATE || odbcType == SQL_DATE;
   bool time = odbcType == SQL_TYPE_TIME || odbcType == SQL_TIME;
   if (!date && !time && odbcType != SQL_TYPE_TIMESTAMP && odbcType != SQL_TIMESTAMP) {
     time = v[0] == 0 && v[1] == 0 && v[2] == 0;
     date = !time && v[3] == 0 && v[4] == 0 && v[5] == 0 && v[6] == 0;
   }
-  char buffer[96];
+  char buffer[112];
   int n;
   if (date) n = std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02d", v[2], v[1], v[0]);
   else if (time) n = std::snprintf(buffer, sizeof buffer, "%02d:%02d:%02d", v[3], v[4], v[5]);
   else
     n = std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02d %02d:%02d:%02d", v[2], v[1], v[0],
                       v[3], v[4], v[5]);
+  if (milliseconds && !date && v[6] != 0)
+    n += std::snprintf(buffer + n, sizeof buffer - static_cast<size_t>(n), ".%03d", v[6]);
   out.assign(buffer, static_cast<size_t>(n));
   return true;
+}
+
+ValueKind KindOfSqlType(int16_t sqlType) {
+  switch (sqlType) {
+    case SQL_INTEGER: case SQL_SMALLINT: case SQL_BIGINT: case SQL_TINYINT:
+      return ValueKind::kInteger;
+    case SQL_NUMERIC: case SQL_DECIMAL:
+      return ValueKind::kDecimal;
+    case SQL_FLOAT: case SQL_REAL: case SQL_DOUBLE:
+      return ValueKind::kFloat;
+    case SQL_BIT:
+      return ValueKind::kYesNo;
+    case SQL_DATE: case SQL_TYPE_DATE:
+      return ValueKind::kDate;
+    case SQL_TIME: case SQL_TYPE_TIME:
+      return ValueKind::kTime;
+    case SQL_TIMESTAMP: case SQL_TYPE_TIMESTAMP:
+      return ValueKind::kTimestamp;
+    default:
+      return ValueKind::kText;  // text, and binary columns, whose values are always empty
+  }
+}
+
+bool ReadDecimalShape(std::string_view value, int& integerDigits, int& fractionDigits) {
+  size_t i = !value.empty() && value[0] == '-' ? 1 : 0;
+  const size_t start = i;
+  while (i < value.size() && value[i] >= '0' && value[i] <= '9') ++i;
+  integerDigits = static_cast<int>(i - start);
+  fractionDigits = 0;
+  if (integerDigits == 0) return false;
+  if (i == value.size()) return true;
+  if (value[i] != '.') return false;
+  const size_t point = ++i;
+  while (i < value.size() && value[i] >= '0' && value[i] <= '9') ++i;
+  fractionDigits = static_cast<int>(i - point);
+  return i == value.size() && fractionDigits > 0;
 }
 
 }  // namespace verdal::sqlbridge

@@ -120,6 +120,10 @@ bool FromUtf8(std::string_view utf8, std::string& out) {
 }
 
 void ToUtf8(std::string_view text, std::string& out) {
+  if (std::none_of(text.begin(), text.end(), [](char c) { return (c & 0x80) != 0; })) {
+    out.assign(text);
+    return;
+  }
   out.clear();
   out.reserve(text.size() + text.size() / 8);
   for (char c : text) AppendUtf8(ToUtf16(c), out);

@@ -142,14 +142,13 @@ bool WriteAll(int fd, const char* data, size_t size) {
   return true;
 }
 
-// "~" before the file name, in the same folder, so that the final rename stays on one file system.
+}  // namespace
+
 std::string PartialNameOf(const std::string& target) {
   size_t slash = target.find_last_of('/');
   size_t at = slash == std::string::npos ? 0 : slash + 1;
   return target.substr(0, at) + "~" + target.substr(at);
 }
-
-}  // namespace
 
 bool WriteWholeFile(const char* name, const void* data, size_t size) {
   std::string target = NativePath(name);

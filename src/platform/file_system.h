@@ -52,6 +52,10 @@ bool CopyFile(const char* from, const char* to);
 // failed write leaves the old file, or none, never a half-written one.
 bool WriteWholeFile(const char* name, const void* data, size_t size);
 
+// The name a file is written under before it is renamed onto `target`: "~" before the file name,
+// in the same folder, so that the final rename stays on one file system.
+std::string PartialNameOf(const std::string& target);
+
 // Replaces `to` by `from` in one step (both in one folder) and forces the folder to disk.
 bool RenameFile(const char* from, const char* to);
 

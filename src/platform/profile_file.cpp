@@ -71,7 +71,12 @@ bool ProfileFile::Save(const char* path) const {
   std::ostringstream out;
   for (const Section& s : sections_) {
     out << '[' << s.name << "]\r\n";
-    for (const Entry& e : s.entries) out << e.key << '=' << e.value << "\r\n";
+    for (const Entry& e : s.entries) {
+      // A value that reading would change (blanks at its ends, or a pair of quotes around it) is
+      // enclosed in quotes, which reading takes off again.
+      const bool enclose = Trim(e.value).size() != e.value.size() || Unquote(e.value).size() != e.value.size();
+      out << e.key << '=' << (enclose ? "\"" : "") << e.value << (enclose ? "\"" : "") << "\r\n";
+    }
   }
   const std::string text = out.str();
   return WriteWholeFile(path, text.data(), text.size());

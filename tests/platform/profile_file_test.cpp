@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <iterator>
+#include <string>
+
 using verdal::platform::ProfileFile;
 
 TEST(ProfileFile, ReadsAsTheFormatAlwaysHas) {
@@ -20,4 +24,17 @@ TEST(ProfileFile, ReadsAsTheFormatAlwaysHas) {
   p.SetString("New", "A", "1");
   EXPECT_EQ(p.GetString("OTHER", "K"), "w");
   EXPECT_EQ(p.GetString("new", "a"), "1");
+}
+
+TEST(ProfileFile, SavedValuesReadBackAsTheyWere) {
+  const std::string path = ::testing::TempDir() + "profile_save_test.ini";
+  const char* values[] = {" ", "\"q\"", "'x'", "\"", "a b", " lead", ""};
+  ProfileFile p;
+  for (size_t i = 0; i < std::size(values); ++i) p.SetString("S", "K" + std::to_string(i), values[i]);
+  ASSERT_TRUE(p.Save(path.c_str()));
+  ProfileFile q;
+  ASSERT_TRUE(q.Load(path.c_str()));
+  for (size_t i = 0; i < std::size(values); ++i)
+    EXPECT_EQ(q.GetString("S", "K" + std::to_string(i), "missing"), values[i]) << i;
+  std::remove(path.c_str());
 }
