@@ -273,7 +273,7 @@ void Step(State& st) {
     return;
   }
   VerdalHandle db = s.db;
-  switch (op % 32) {
+  switch (op % 33) {
     case 0: AddFieldOp(in, s, st.folder); break;
     case 1: {
       int32_t parent = PickCursor(in, s);
@@ -586,6 +586,24 @@ void Step(State& st) {
         for (int32_t i = 0; i < count; ++i) s.cursors.push_back(cursors[i]);
       }
       VERDAL_GetCategoryDeleteChildList(cursors);
+      break;
+    }
+    case 32: {  // exports of chosen places or the whole tree: done once the bridge had the rows
+      const uint8_t b = in.Byte();
+      std::vector<int32_t> chosen;
+      for (int n = b % 4; n > 0; --n) chosen.push_back(PickCursor(in, s));
+      const int32_t items = VERDAL_GetItemCount(db);
+      const std::string target = st.folder + ((b & 8) ? "/out.html" : "/out.csv");
+      const int32_t ok = VERDAL_Export(db, target.c_str(), 0, nullptr, 0, (b & 16) ? VERDAL_EXPORT_CATEGORIES : 0,
+                                       static_cast<int32_t>(chosen.size()), chosen.empty() ? nullptr : chosen.data(),
+                                       0, 0, 0, 0);
+      CHECK(ok == (VERDAL_GetLastError() == 0 ? 1 : 0));
+      CHECK(VERDAL_GetItemCount(db) == items);
+      // A replacement by a name: done, or refused as unknown; the places stay either way.
+      const int32_t acted = VERDAL_ExecAction(db, VERDAL_OPTION_REPLACE, Text(in),
+                                              static_cast<int32_t>(chosen.size()), chosen.data());
+      CHECK(acted == 1 || VERDAL_GetLastError() == VERDAL_ERR_INPUT);
+      CHECK(VERDAL_GetItemCount(db) == items);
       break;
     }
   }
