@@ -35,10 +35,6 @@ struct ScriptedUi {
   ~ScriptedUi() { VERDAL_SetUserInterface(nullptr); }
 };
 
-void Set(const VerdalSheet* s, int32_t page, const char* label, const char* text) {
-  s->setText(s, ControlId(s, page, label), text);
-}
-
 // On the names page: a new entry named `name`; then, where the kind has a field page, the first
 // available field made active.
 void NewEntry(const VerdalSheet* s, const char* name, bool withField) {
