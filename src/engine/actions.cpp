@@ -5,6 +5,7 @@
 #include "engine/db_manager.h"
 #include "engine/export.h"
 #include "engine/last_error.h"
+#include "engine/mail_action.h"
 #include "engine/values.h"
 #include "model/fields.h"
 #include "options/option_containers.h"
@@ -126,6 +127,11 @@ int32_t ExecAction(TDBManager& db, int32_t kind, const char* name, int32_t count
       options::TFileExpData copy;
       if (FindOption(all.exports, name, copy) == nullptr) break;
       return ExportWithDefinition(db, copy, count, cursors);
+    }
+    case OptionKind::kEmail: {
+      options::TEmailData copy;
+      if (FindOption(all.emails, name, copy) == nullptr) break;
+      return RunMailAction(db, copy, count, cursors);
     }
     case OptionKind::kReplace: {
       options::TReplaceData copy;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <strings.h>
 
@@ -46,13 +45,6 @@ std::string_view StripEnds(std::string_view cell, char quote) {
   while (!cell.empty() && cell.front() == quote) cell.remove_prefix(1);
   while (!cell.empty() && cell.back() == quote) cell.remove_suffix(1);
   return cell;
-}
-
-bool ReadWhole(const std::string& path, std::string& text) {
-  std::ifstream in(platform::NativePath(path.c_str()), std::ios::binary);
-  if (!in) return false;
-  text.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  return !in.bad();
 }
 
 bool IsTextKind(std::string path) {
@@ -110,7 +102,7 @@ bool ReadImpDefinition(WriteBackSource& database, const std::string& path, std::
   const std::string charset = definition.GetString(kSection, "TXT_IMPORT_CHARSET");
   std::string text;
   if (strcasecmp(charset.c_str(), "UTF-8") == 0) layout.utf8 = true;
-  else if (charset.empty() && ReadWhole(dataSource, text))
+  else if (charset.empty() && platform::ReadWholeFile(dataSource.c_str(), text))
     layout.utf8 = cp1252::IsUtf8(text) &&
                   std::any_of(text.begin(), text.end(), [](char c) { return (c & 0x80) != 0; });
   WriteBackTextSource(database, dataSource, layout);
@@ -120,7 +112,7 @@ bool ReadImpDefinition(WriteBackSource& database, const std::string& path, std::
 void WriteBackTextSource(WriteBackSource& database, const std::string& dataSource,
                          const TextLayout& layout) {
   std::string text;
-  if (!ReadWhole(dataSource, text)) return;
+  if (!platform::ReadWholeFile(dataSource.c_str(), text)) return;
   text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
   std::vector<std::string> lines = Split(text, '\n');
   NodeStore& store = database.store;

@@ -13,6 +13,8 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <vector>
 
 namespace verdal::platform {
@@ -88,13 +90,25 @@ std::string ProgramFolder() {
   return FolderOf(std::string(buffer, static_cast<size_t>(n)));
 }
 
-std::string MakeTemporaryFile(const char* prefix) {
+std::string TemporaryFolder() {
   const char* folder = std::getenv("TMPDIR");
-  std::string pattern = std::string(folder != nullptr && *folder != '\0' ? folder : "/tmp") + "/" + prefix + "XXXXXX";
-  const int fd = mkstemp(pattern.data());
+  return folder != nullptr && *folder != '\0' ? folder : "/tmp";
+}
+
+std::string MakeTemporaryFile(const char* prefix, const char* extension) {
+  const std::string suffix = extension != nullptr ? extension : "";
+  std::string pattern = TemporaryFolder() + "/" + prefix + "XXXXXX" + suffix;
+  const int fd = mkstemps(pattern.data(), static_cast<int>(suffix.size()));
   if (fd < 0) return {};
   close(fd);
   return pattern;
+}
+
+bool ReadWholeFile(const char* name, std::string& text) {
+  std::ifstream in(NativePath(name), std::ios::binary);
+  if (!in) return false;
+  text.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  return !in.bad();
 }
 
 std::string EngineFolder() {

@@ -37,9 +37,16 @@ std::string ProgramFolder();
 // the engine statically), without a trailing slash.
 std::string EngineFolder();
 
+// The folder for temporary files: $TMPDIR, or /tmp where it is not set.
+std::string TemporaryFolder();
+
 // Creates an empty file of a new name in $TMPDIR or /tmp, readable by its owner only, beginning
-// with the prefix; its path, or "" when none could be made.
-std::string MakeTemporaryFile(const char* prefix);
+// with the prefix and ending in the extension (given with its dot); its path, or "" when none
+// could be made.
+std::string MakeTemporaryFile(const char* prefix, const char* extension = "");
+
+// The whole content of a file; false when it cannot be opened or read.
+bool ReadWholeFile(const char* name, std::string& text);
 
 // The file's name and extension, after the last '/' or '\'.
 std::string FileNamePart(const char* name);

@@ -2,8 +2,6 @@
 
 #include <strings.h>
 
-#include <fstream>
-#include <iterator>
 #include <sstream>
 
 #include "platform/file_system.h"
@@ -32,10 +30,8 @@ std::string_view Unquote(std::string_view value) {
 
 bool ProfileFile::Load(const char* path) {
   sections_.clear();
-  std::ifstream in(NativePath(path), std::ios::binary);
-  if (!in) return false;
-  std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  if (in.bad()) return false;
+  std::string text;
+  if (!ReadWholeFile(path, text)) return false;
   Parse(text);
   return true;
 }

@@ -1,6 +1,7 @@
 #pragma once
-// A temporary file that lives as long as its owner: made at once in $TMPDIR or /tmp, removed at
-// the end of the scope. Its path is empty when none could be made.
+// Temporary files: one that lives as long as its owner, made at once in $TMPDIR or /tmp and
+// removed at the end of the scope (its path is empty when none could be made); and one left for
+// another program, removed when the process ends.
 #include <unistd.h>
 
 #include <string>
@@ -20,5 +21,9 @@ class ScopedTemporaryFile {
 
   const std::string path;
 };
+
+// Leaves the file for a program that reads it in its own time (a document the desktop opens after
+// the call that handed it over has returned) and removes it when the process ends.
+void RemoveAtProcessEnd(const std::string& path);
 
 }  // namespace verdal::platform

@@ -38,8 +38,8 @@ TEST_F(Actions, ClipboardCopiesShownValuesWithTheOptionsSeparatorsUntilStopped) 
   const std::vector<int32_t> cursors = {Record("Apfel", "3"), Record("Birne", "12.5")};
   MakeOption(ui, db, VERDAL_OPTION_CLIPBOARD, "Liste", {"Name", "Menge"}, [](const VerdalSheet* s) {
     const int32_t page = PageWith(s, "Feldendezeichen:");
-    SetControl(s, page, "Feldendezeichen:", "Komma");
-    SetControl(s, page, "Satzendezeichen:", "Zeilenumbruch");
+    Set(s, page, "Feldendezeichen:", "Komma");
+    Set(s, page, "Satzendezeichen:", "Zeilenumbruch");
   });
   const std::string apple = std::string("Apfel,") + VERDAL_GetData(db, 1, cursors[0], 0, 1) + "\r\n";
   const std::string pear = std::string("Birne,") + VERDAL_GetData(db, 1, cursors[1], 0, 1) + "\r\n";
@@ -53,8 +53,8 @@ TEST_F(Actions, ClipboardCopiesShownValuesWithTheOptionsSeparatorsUntilStopped) 
   // No separators at all, and a cursor that names nothing: values run together, nothing for it.
   MakeOption(ui, db, VERDAL_OPTION_CLIPBOARD, "Dicht", {"Menge", "Name"}, [](const VerdalSheet* s) {
     const int32_t page = PageWith(s, "Feldendezeichen:");
-    SetControl(s, page, "Feldendezeichen:", "Kein Trennzeichen");
-    SetControl(s, page, "Satzendezeichen:", "Kein Trennzeichen");
+    Set(s, page, "Feldendezeichen:", "Kein Trennzeichen");
+    Set(s, page, "Satzendezeichen:", "Kein Trennzeichen");
   });
   ui.stopAfter = 0;
   const int32_t some[] = {cursors[1], 99999};
@@ -66,7 +66,7 @@ TEST_F(Actions, ReplacementWritesEveryRecordAndPassesFieldsThatRefuse) {
   std::vector<int32_t> cursors;
   for (int i = 0; i < 10000; ++i) cursors.push_back(Record(("r" + std::to_string(i)).c_str(), "1"));
   MakeOption(ui, db, VERDAL_OPTION_REPLACE, "Leeren", {"Fest", "Name", "Menge"}, [](const VerdalSheet* s) {
-    SetControl(s, PageWith(s, "Geben Sie hier den Ersetzungstext ein:"),
+    Set(s, PageWith(s, "Geben Sie hier den Ersetzungstext ein:"),
                "Geben Sie hier den Ersetzungstext ein:", "7");
   });
   ASSERT_EQ(VERDAL_ExecAction(db, VERDAL_OPTION_REPLACE, "leeren", 10000, cursors.data()), 1);

@@ -96,7 +96,7 @@ TEST(Export, AStoredDefinitionRunsAsAnActionWithCategoryColumns) {
   ui.pickPath = dir / "tabelle.export";
   WriteExportSettings(ui.pickPath, "Tabelle", "[ODBC_EXPORT]\nDATASOURCE=" + (dir / "aus.csv") + "\n");
   ui.script = [](const VerdalSheet* s) {
-    SetControl(s, 0, "&Import", "1");
+    Set(s, 0, "&Import", "1");
     EXPECT_EQ(s->pressOk(s), 1);
   };
   ASSERT_EQ(VERDAL_ConfigOptions(db, nullptr, VERDAL_OPTION_EXPORT, 0, "Export", ""), 1);
@@ -113,11 +113,11 @@ TEST(Export, AStoredDefinitionRunsAsAnActionWithCategoryColumns) {
   // The export page has the bridge fill in every key of a new definition; the sheet's Export
   // shows what it holds.
   MakeOption(ui, db, VERDAL_OPTION_EXPORT, "Neu", {}, [](const VerdalSheet* s) {
-    SetControl(s, PageWith(s, "Bearbeiten..."), "Bearbeiten...", "1");
+    Set(s, PageWith(s, "Bearbeiten..."), "Bearbeiten...", "1");
   });
   ui.pickPath = dir / "neu.export";
   ui.script = [](const VerdalSheet* s) {
-    SetControl(s, 0, "&Export", "1");
+    Set(s, 0, "&Export", "1");
     s->pressCancel(s);
   };
   VERDAL_ConfigOptions(db, nullptr, VERDAL_OPTION_EXPORT, 0, "Export", "");

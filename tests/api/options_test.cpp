@@ -16,7 +16,6 @@
 
 namespace {
 
-constexpr auto Set = SetControl;
 
 // On the names page: a new entry named `name`; then, where the kind has a field page, the first
 // available field made active.

@@ -42,10 +42,6 @@ struct ScriptedUi {
   static ScriptedUi& Of(intptr_t user) { return *reinterpret_cast<ScriptedUi*>(user); }
 };
 
-inline void SetControl(const VerdalSheet* s, int32_t page, const char* label, const char* text) {
-  s->setText(s, ControlId(s, page, label), text);
-}
-
 // The page of the sheet that holds a control of this label; -1 if none.
 inline int32_t PageWith(const VerdalSheet* s, const char* label) {
   for (int32_t i = 0; i < s->controlCount; ++i) {
@@ -62,12 +58,12 @@ inline void MakeOption(ScriptedUi& ui, VerdalHandle db, int32_t kind, const char
                        const std::vector<std::string>& fields,
                        const std::function<void(const VerdalSheet*)>& more = {}) {
   ui.script = [&](const VerdalSheet* s) {
-    SetControl(s, 0, "Name:", name);
-    SetControl(s, 0, "&Neu", "1");
+    Set(s, 0, "Name:", name);
+    Set(s, 0, "&Neu", "1");
     const int32_t page = PageWith(s, "Verf\xFCgbare Felder:");
     for (const std::string& field : fields) {
       s->setText(s, ControlId(s, page, "Verf\xFCgbare Felder:"), field.c_str());
-      SetControl(s, page, "-->", "1");
+      Set(s, page, "-->", "1");
     }
     if (more) more(s);
     EXPECT_EQ(s->pressOk(s), 1);

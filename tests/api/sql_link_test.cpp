@@ -178,7 +178,7 @@ TEST_P(SqlLink, AReplacementGoesThroughTheTableAndPassesRowsItRefuses) {
   {
     ScriptedUi scripted;
     MakeOption(scripted, db, VERDAL_OPTION_REPLACE, "Gleich", {"name"}, [](const VerdalSheet* s) {
-      SetControl(s, PageWith(s, "Geben Sie hier den Ersetzungstext ein:"), "Geben Sie hier den Ersetzungstext ein:",
+      ::Set(s, PageWith(s, "Geben Sie hier den Ersetzungstext ein:"), "Geben Sie hier den Ersetzungstext ein:",
                  "Zed");
     });
   }

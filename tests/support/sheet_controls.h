@@ -1,5 +1,5 @@
 #pragma once
-// Finds a control of a sheet as a host in C sees it: by its page and label.
+// Finds a control of a sheet as a host in C sees it, by its page and label, and sets its text.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -14,4 +14,8 @@ inline int32_t ControlId(const VerdalSheet* s, int32_t page, const char* label) 
   }
   ADD_FAILURE() << "no control " << label;
   return -1;
+}
+
+inline void Set(const VerdalSheet* s, int32_t page, const char* label, const char* text) {
+  s->setText(s, ControlId(s, page, label), text);
 }
