@@ -80,7 +80,7 @@ TEST_F(Actions, ReplacementWritesEveryRecordAndPassesFieldsThatRefuse) {
 
 TEST_F(Actions, UnknownNamesKindsAndHandlesAndPrintingNotYetThere) {
   const int32_t cursor = Record("Apfel", "1");
-  for (int32_t kind : {VERDAL_OPTION_CLIPBOARD, VERDAL_OPTION_EXPORT, VERDAL_OPTION_REPLACE}) {
+  for (int32_t kind : {VERDAL_OPTION_CLIPBOARD, VERDAL_OPTION_EXPORT, VERDAL_OPTION_EMAIL, VERDAL_OPTION_REPLACE}) {
     EXPECT_EQ(VERDAL_ExecAction(db, kind, "fehlt", 1, &cursor), 0) << kind;
     EXPECT_EQ(VERDAL_GetLastError(), VERDAL_ERR_INPUT) << kind;
   }

@@ -7,7 +7,7 @@
 #include <functional>
 
 #include "field_helpers.h"
-#include "support/sheet_controls.h"
+#include "scripted_ui.h"
 #include "support/smtp_sink.h"
 #include "verdal.h"
 
@@ -36,21 +36,6 @@ class Mail : public ::testing::Test {
     for (const char* name : kVariables)
       if (const char* value = getenv(name)) saved_.emplace_back(name, value);
     Configure();
-    VerdalUserInterface ui{};
-    ui.size = sizeof ui;
-    ui.user = reinterpret_cast<intptr_t>(this);
-    ui.runSheet = [](intptr_t user, VerdalWindow, const VerdalSheet* s) { Self(user).script_(s); };
-    ui.messageBox = [](intptr_t user, VerdalWindow, const char* title, const char* text, int32_t buttons, int32_t icon,
-                       int32_t) {
-      Self(user).boxes_.push_back(std::string(title) + "|" + text + "|" + std::to_string(buttons) + "|" + std::to_string(icon));
-      return int32_t{VERDAL_ID_OK};
-    };
-    ui.openDocument = [](intptr_t user, const char* path) {
-      const std::vector<uint8_t> bytes = TempFolder::Read(path);
-      Self(user).opened_.push_back(path + ("|" + std::string(bytes.begin(), bytes.end())));
-    };
-    ui.stopRequested = [](intptr_t user) { return int32_t{++Self(user).askings_ == Self(user).stopAt_}; };
-    VERDAL_SetUserInterface(&ui);
     VERDAL_SetApplicationName("Verdal Mailtest");
     db_ = OpenMemoryDatabase();
     for (const char* name : {"NAME", "NAME2", "Mail", "Mail2"}) AddField(db_, name, 0);
@@ -58,11 +43,9 @@ class Mail : public ::testing::Test {
   void TearDown() override {
     for (const char* name : kVariables) unsetenv(name);
     for (const auto& [name, value] : saved_) setenv(name.c_str(), value.c_str(), 1);
-    VERDAL_SetUserInterface(nullptr);
     VERDAL_SetPathMapper(nullptr);
     VERDAL_CloseAllDBs();
   }
-  static Mail& Self(intptr_t user) { return *reinterpret_cast<Mail*>(user); }
   void Configure() {
     setenv("VERDAL_SMTP_URL", sink_.url().c_str(), 1);
     setenv("VERDAL_SMTP_USER", "verdal", 1);
@@ -84,21 +67,13 @@ class Mail : public ::testing::Test {
   // An e-mail option made on its sheet as a user would.
   void Option(const char* name, std::vector<const char*> fields, const std::string& attachment = "", int32_t flags = 0,
               const char* subject = "Rundbrief", const char* message = "Text") {
-    script_ = [&](const VerdalSheet* s) {
-      Set(s, 0, "Name:", name);
-      Set(s, 0, "&Neu", "1");
+    MakeOption(ui_, db_, VERDAL_OPTION_EMAIL, name, {fields.begin(), fields.end()}, [&](const VerdalSheet* s) {
       Set(s, 1, "Betreff:", subject);
       Set(s, 1, "Nachricht:", message);
       Set(s, 1, "Dateianhang", flags & kAttach ? "1" : "0");
       Set(s, 1, "", attachment.c_str());
       Set(s, 1, "Es handelt sich um eine Templatedatei", flags & kTemplate ? "1" : "0");
-      for (const char* field : fields) {
-        Set(s, 2, "Verf\xFCgbare Felder:", field);
-        Set(s, 2, "-->", "1");
-      }
-      EXPECT_EQ(s->pressOk(s), 1);
-    };
-    ASSERT_EQ(VERDAL_ConfigOptions(db_, nullptr, VERDAL_OPTION_EMAIL, 0, "Email", ""), 1);
+    });
   }
 
   int32_t Run(const char* name, const std::vector<int32_t>& cursors) {
@@ -114,9 +89,7 @@ class Mail : public ::testing::Test {
   SmtpSink sink_{{"--auth", "verdal:geheim", "--refuse", "abgelehnt"}};
   TempFolder dir_;
   std::vector<std::pair<std::string, std::string>> saved_;
-  std::function<void(const VerdalSheet*)> script_;
-  std::vector<std::string> boxes_, opened_;
-  int stopAt_ = 0, askings_ = 0;
+  ScriptedUi ui_;
   VerdalHandle db_ = 0;
 };
 
@@ -147,8 +120,8 @@ TEST_F(Mail, TemplateMergedForEachAddressOfEachRecord) {
     EXPECT_EQ(mails[i].body, "Hallo,\r\nder Brief.");
     EXPECT_EQ(mails[i].attachments, (std::map<std::string, std::string>{{"brief.html", expected[i].second}}));
   }
-  EXPECT_EQ(boxes_, std::vector<std::string>{Counts(3, 0, 0)});
-  EXPECT_TRUE(opened_.empty());
+  EXPECT_EQ(ui_.boxes, std::vector<std::string>{Counts(3, 0, 0)});
+  EXPECT_TRUE(ui_.opened.empty());
   for (const auto& entry : std::filesystem::directory_iterator(dir_.path()))
     EXPECT_EQ(entry.path().filename(), "brief.html");  // the run's temporary folder is gone
 }
@@ -162,10 +135,12 @@ TEST_F(Mail, EachAddressOnceFailuresListedAndOpened) {
   // "MAILTO:" in capitals stays: another address, which the server refuses as malformed.
   EXPECT_EQ(Recipients(), (std::vector<std::string>{"a@verein.example", "B@verein.example", "c@verein.example"}));
   for (const SunkMail& mail : sink_.Mails()) EXPECT_TRUE(mail.attachments.empty());
-  EXPECT_EQ(boxes_, std::vector<std::string>{Counts(3, 3, 2)});
-  ASSERT_EQ(opened_.size(), 1u);
-  EXPECT_EQ(opened_[0].substr(opened_[0].find("|") - 4),
-            ".txt|keine Adresse\r\nabgelehnt@verein.example\r\nMAILTO:c@verein.example\r\n");
+  EXPECT_EQ(ui_.boxes, std::vector<std::string>{Counts(3, 3, 2)});
+  ASSERT_EQ(ui_.opened.size(), 1u);
+  const std::vector<uint8_t> failed = TempFolder::Read(ui_.opened[0]);
+  EXPECT_EQ(ui_.opened[0].substr(ui_.opened[0].size() - 4), ".txt");
+  EXPECT_EQ(std::string(failed.begin(), failed.end()),
+            "keine Adresse\r\nabgelehnt@verein.example\r\nMAILTO:c@verein.example\r\n");
 }
 
 TEST_F(Mail, ARunThatCannotStartSaysWhyAndSendsNothing) {
@@ -198,15 +173,15 @@ TEST_F(Mail, ARunThatCannotStartSaysWhyAndSendsNothing) {
     EXPECT_EQ(VERDAL_GetLastErrorString(c.error), c.message);
   }
   EXPECT_TRUE(sink_.Mails().empty());
-  EXPECT_TRUE(boxes_.empty());
+  EXPECT_TRUE(ui_.boxes.empty());
   EXPECT_TRUE(std::filesystem::is_empty(dir_.path()));  // no temporary folder left behind
 }
 
 TEST_F(Mail, AStopEndsTheRunBetweenRecords) {
   Option("Rund", {"Mail", "Mail2"});
-  stopAt_ = 3;
+  ui_.stopAfter = 3;
   ASSERT_EQ(Run("Rund", Records({{"a", "", "a@verein.example", "a2@verein.example"}, {"b", "", "b@verein.example"},
                                  {"c", "", "c@verein.example"}})), 1);
   EXPECT_EQ(Recipients(), (std::vector<std::string>{"a@verein.example", "a2@verein.example", "b@verein.example"}));
-  EXPECT_EQ(boxes_, std::vector<std::string>{Counts(3, 0, 0)});
+  EXPECT_EQ(ui_.boxes, std::vector<std::string>{Counts(3, 0, 0)});
 }

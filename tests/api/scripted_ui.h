@@ -1,6 +1,7 @@
 #pragma once
 // A user interface for tests, written against verdal.h alone: its sheets are run by the test's
-// script, file pickers answer `pickPath`, the clipboard and opened documents are kept, and
+// script, file pickers answer `pickPath`, message boxes ("title|text|buttons|icon"), the
+// clipboard and opened documents are kept, and
 // `stopAfter` answers the stop question with yes from its n-th asking on (0: never).
 // MakeOption builds a named option of a kind on its sheet, as a user would.
 #include <gtest/gtest.h>
@@ -18,6 +19,7 @@ struct ScriptedUi {
   std::string pickPath;
   std::string clipboard;
   std::vector<std::string> opened;
+  std::vector<std::string> boxes;
   int32_t stopAfter = 0;
   int32_t stopAsked = 0;
 
@@ -29,6 +31,12 @@ struct ScriptedUi {
     ui.pickFile = [](intptr_t user, VerdalWindow, const char*, const char*, int32_t, char* path) {
       std::strcpy(path, Of(user).pickPath.c_str());
       return int32_t{1};
+    };
+    ui.messageBox = [](intptr_t user, VerdalWindow, const char* title, const char* text, int32_t buttons,
+                       int32_t icon, int32_t answer) {
+      Of(user).boxes.push_back(std::string(title) + "|" + text + "|" + std::to_string(buttons) + "|" +
+                               std::to_string(icon));
+      return answer;
     };
     ui.setClipboardText = [](intptr_t user, const char* text) { Of(user).clipboard = text; };
     ui.openDocument = [](intptr_t user, const char* path) { Of(user).opened.push_back(path); };
