@@ -122,6 +122,11 @@ class TDBIdMap {
     for (Entry* head : buckets_)
       for (Entry* e = head; e != nullptr; e = e->next) visit(e->id, &e->object);
   }
+  template <class Visit>
+  void ForEach(Visit&& visit) {
+    for (Entry* head : buckets_)
+      for (Entry* e = head; e != nullptr; e = e->next) visit(e->id, &e->object);
+  }
 
  private:
   // The object and its links in one allocation, made when its object is made: the pieces of one
