@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "options/settings_file.h"
 #include "platform/language.h"
 
 namespace verdal::dialogs {
@@ -150,8 +149,11 @@ void TConfigureBaseConfigDialog::Import() {
   const std::optional<std::string> path = host_.PickFile(parent_, request);
   if (!path) return;
   StoreComment();
-  const options::SettingsResult result = options::LoadSettingsFile(collection_, *path);
-  if (result != options::SettingsResult::kOk)
+  const options::SettingsResult result = collection_.ImportFile(*path);
+  if (result == options::SettingsResult::kWrongKind)
+    Refuse(Say("Dieser Einstellungstyp kann nicht an dieser Stelle eingef\xFCgt werden!",
+               "This type of configuration cannot be inserted here!"));
+  else if (result != options::SettingsResult::kOk)
     Refuse(Say("Falscher Dateityp oder Datei defekt!", "Wrong file type or invalid file!"));
   if (result == options::SettingsResult::kCannotOpen) return;
   // Read made every entry anew (a refused file by reading the old ones back): select again.
@@ -169,7 +171,7 @@ void TConfigureBaseConfigDialog::Export() {
   request.filter = collection_.GetFileFilter();
   request.save = true;
   const std::optional<std::string> path = host_.PickFile(parent_, request);
-  if (path && options::SaveSettingsFile(collection_, *path) != options::SettingsResult::kOk)
+  if (path && collection_.ExportFile(*path) != options::SettingsResult::kOk)
     Refuse(Say("Fehler beim Schreiben!", "Error writing file!"));
 }
 

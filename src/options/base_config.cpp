@@ -1,5 +1,6 @@
 #include "options/base_config.h"
 
+#include "options/settings_file.h"
 #include "platform/collation.h"
 
 namespace verdal::options {
@@ -12,6 +13,10 @@ int32_t TBaseConfigClass::IndexOf(const std::string& name) const {
   }
   return -1;
 }
+
+SettingsResult TBaseConfigClass::ImportFile(const std::string& path) { return LoadSettingsFile(*this, path); }
+
+SettingsResult TBaseConfigClass::ExportFile(const std::string& path) { return SaveSettingsFile(*this, path); }
 
 std::string TrimTrailingBlanks(const std::string& text) {
   size_t end = text.find_last_not_of(' ');

@@ -16,6 +16,10 @@
 
 namespace verdal::options {
 
+// What reading or writing a collection's exchange file gave. kWrongKind: a file of the right form
+// holding an entry of another option kind (print configurations only).
+enum class SettingsResult { kOk, kCannotOpen, kWrongFile, kCannotWrite, kWrongKind };
+
 class TBaseConfigClass {
  public:
   virtual ~TBaseConfigClass() = default;
@@ -41,6 +45,11 @@ class TBaseConfigClass {
   virtual void SetDefault(const std::string& name) = 0;
   // The filter of the file pickers, "Name (*.ext)|*.ext|".
   virtual const char* GetFileFilter() const = 0;
+
+  // The exchange file of the names page's Import and Export buttons: the settings file
+  // (options/settings_file.h) unless a kind has a file of its own, as the print configurations do.
+  virtual SettingsResult ImportFile(const std::string& path);
+  virtual SettingsResult ExportFile(const std::string& path);
 
   // The visible index of the entry of that name, ignoring case; -1 if none.
   int32_t IndexOf(const std::string& name) const;

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "io/base_file.h"
+
 namespace verdal::options {
 
 // The font record of the font choice dialog, as stored (82 bytes). Members the original kept only
@@ -125,5 +127,26 @@ struct TPrintData {
   std::vector<TPrintItem> items;
   bool operator==(const TPrintData&) const = default;
 };
+
+// MulDiv of the platform: a * b / c rounded half away from zero; 0 for c == 0.
+int32_t MulDiv(int32_t a, int32_t b, int32_t c);
+
+// The stream forms. Every short read or write throws what the stream throws. A reader resets the
+// object to its defaults first and refuses (false) a version newer than it knows, so a newer file
+// is never misread; what was read before the refusal is left in the object. A writer sets the
+// version to the current one.
+constexpr int32_t kPrintFontBytes = 82;
+void WritePrintFont(const TPrintFont& font, TBaseFile& f);
+void ReadPrintFont(TPrintFont& font, TBaseFile& f);
+void WritePrintItem(TPrintItem& item, TBaseFile& f);
+bool ReadPrintItem(TPrintItem& item, TBaseFile& f);
+void WritePrintData(TPrintData& data, TBaseFile& f);
+bool ReadPrintData(TPrintData& data, TBaseFile& f);
+
+// The least bytes a stored item and a stored record take (version 1, empty strings, no items),
+// to check a stored count against the bytes left.
+constexpr int64_t kMinPrintItemBytes = 4 + 4 + 4 + kPrintFontBytes + 8 + 8 + 1 + 1 + 2 + 1 + 1;
+constexpr int64_t kMinPrintDataBytes =
+    4 + 4 + 1 + 3 * 4 + 5 * kPrintFontBytes + 4 + 4 * 8 + 10 * 8 + 2 * 2 + 3 * 2 + 4 + 2 * 8 + 2 + 3 + 4;
 
 }  // namespace verdal::options

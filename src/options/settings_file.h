@@ -7,8 +7,6 @@
 
 namespace verdal::options {
 
-enum class SettingsResult { kOk, kCannotOpen, kWrongFile, kCannotWrite };
-
 // The file magic number and the collection. Written beside the name and renamed onto it, so a
 // failed write leaves the old file.
 SettingsResult SaveSettingsFile(TBaseConfigClass& collection, const std::string& path);
