@@ -588,6 +588,30 @@ VERDAL_API int32_t VERDAL_ExecAction(VerdalHandle handle, int32_t kind, const ch
                                      int32_t count, const int32_t* cursors);
 
 /* Additions for hosts on this platform. */
+/* Printing. VERDAL_PrintTable lays the records out as a table (the print configuration
+ * `configName`, null for the empty name), over the rows the filter accepts, or the `count`
+ * cursors in `ids` when ids is not null, and shows it in the print preview, from which it is printed
+ * to a PDF file (see VerdalUserInterface.showPrintPreview; without one the table is printed once to
+ * "<database name>.pdf" beside the database, or for a database in memory in VERDAL_PRINT_DIR or
+ * the temporary folder). `styleField` is the index of a field whose "field,flags;..." pairs style
+ * the cells (1 bold, 2 underlined, 4 a line over, 8 double underlined), or -1. 1, or 0 with code 1
+ * for an unknown handle. */
+typedef struct VerdalPrintInfo {
+  const char* filter; /* rows chosen again with this filter text (phase 1) */
+  const char* title1; /* replace the configuration's titles where set (phase 1) */
+  const char* title2;
+  void* extraPage;    /* a host page for the settings sheet (phase 0); not shown on this platform */
+  int32_t reserved;
+  int32_t count;      /* with ids: the rows from now on (phase 1); the host frees them after phase 3 */
+  int32_t* ids;
+} VerdalPrintInfo;
+/* Phases: 0 before the settings sheet opens, 1 before a printout is built, 2 after the settings
+ * sheet, 3 after a printout was built from the host's ids. */
+typedef int32_t (*VerdalPrintFn)(VerdalPrintInfo* info, int32_t phase);
+VERDAL_API int32_t VERDAL_PrintTable(VerdalHandle db, const char* configName, const char* filter,
+                                     VerdalPrintFn callback, int32_t count, const int32_t* ids,
+                                     int32_t styleField);
+
 typedef void (*VerdalTraceFn)(const char* line);
 /* The diagnostic trace goes to this function; null discards it (the default, unless the
  * environment has VERDAL_TRACE=stderr). */
@@ -666,6 +690,24 @@ struct VerdalSheet {
 /* A member left null behaves as without a user interface: a message box answers its default,
  * the rest is cancelled, the clipboard text is kept in the engine, nothing opens and nothing
  * stops a run. Members are only ever added at the end; `size` says how many the host knows. */
+/* The print preview as a host shows it: the pages of the table, drawn to PNG on request at one of
+ * the twelve zoom steps ("2.5%" ... "100%" at index 8 ... "250%"). The host answers the callback
+ * with the command the user chose: close, configure (the settings sheet runs through runSheet, and
+ * the preview is shown again), print (a PDF, its path from pickFile) or printer set-up. */
+#define VERDAL_PREVIEW_CLOSE 0
+#define VERDAL_PREVIEW_CONFIGURE 400
+#define VERDAL_PREVIEW_PRINT 401
+#define VERDAL_PREVIEW_PRINTER_SETUP 402
+typedef struct VerdalPrintPreview VerdalPrintPreview;
+struct VerdalPrintPreview {
+  int32_t pageCount;
+  const char* statusText; /* "Seite %d von %d" */
+  void* engine;           /* the engine's, do not touch */
+  /* Draws page `page` (from 1) at zoom step `zoomIndex` into a PNG file: 1 written, 0 not. */
+  int32_t (*renderPage)(const VerdalPrintPreview* preview, int32_t page, int32_t zoomIndex,
+                        const char* pngPath);
+};
+
 typedef struct VerdalUserInterface {
   /* sizeof(VerdalUserInterface) as the host was built; 0 counts as the record up to runSheet. */
   int32_t size;
@@ -687,6 +729,8 @@ typedef struct VerdalUserInterface {
   void (*openDocument)(intptr_t user, const char* path);
   /* Asked between the records of an action: 1 when the user pressed Esc or Enter to stop it. */
   int32_t (*stopRequested)(intptr_t user);
+  /* Added with printing. Shows the preview; returns a VERDAL_PREVIEW_ command. */
+  int32_t (*showPrintPreview)(intptr_t user, VerdalWindow parent, const VerdalPrintPreview* preview);
 } VerdalUserInterface;
 
 /* The structure is copied; null returns to no user interface (the default). */

@@ -212,6 +212,41 @@ bool CallbackHost::StopRequested() {
   return c_.stopRequested != nullptr && c_.stopRequested(c_.user) != 0;
 }
 
+namespace {
+
+// What a C host sees of the preview: the C structure first, so its function finds the rest.
+struct PreviewBridge {
+  VerdalPrintPreview c{};
+  PrintPreview* preview = nullptr;
+
+  static int32_t RenderPage(const VerdalPrintPreview* p, int32_t page, int32_t zoomIndex, const char* pngPath) {
+    if (p == nullptr || pngPath == nullptr) return 0;
+    try {
+      return static_cast<PreviewBridge*>(p->engine)->preview->RenderPage(page, zoomIndex, pngPath) ? 1 : 0;
+    } catch (...) {
+      return 0;
+    }
+  }
+};
+
+}  // namespace
+
+std::optional<PreviewCommand> CallbackHost::ShowPrintPreview(VerdalWindow parent, PrintPreview& preview) {
+  if (c_.showPrintPreview == nullptr) return std::nullopt;
+  PreviewBridge bridge;
+  bridge.preview = &preview;
+  bridge.c.pageCount = preview.PageCount();
+  bridge.c.statusText = preview.StatusText().c_str();
+  bridge.c.engine = &bridge;
+  bridge.c.renderPage = &PreviewBridge::RenderPage;
+  switch (c_.showPrintPreview(c_.user, parent, &bridge.c)) {
+    case VERDAL_PREVIEW_CONFIGURE: return PreviewCommand::kConfigure;
+    case VERDAL_PREVIEW_PRINT: return PreviewCommand::kPrint;
+    case VERDAL_PREVIEW_PRINTER_SETUP: return PreviewCommand::kPrinterSetup;
+    default: return PreviewCommand::kClose;  // an answer we do not know closes, as a window would
+  }
+}
+
 void InstallCallbacks(const VerdalUserInterface* callbacks) {
   // Kept past static destruction: the unload hook may still reach the current host.
   static CallbackHost* installed = nullptr;

@@ -21,6 +21,7 @@ class CallbackHost : public HeadlessHost {
   void SetClipboardText(const std::string& text) override;
   void OpenDocument(const std::string& path) override;
   bool StopRequested() override;
+  std::optional<PreviewCommand> ShowPrintPreview(VerdalWindow parent, PrintPreview& preview) override;
 
  private:
   VerdalUserInterface c_{};

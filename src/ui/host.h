@@ -89,6 +89,24 @@ struct FileRequest {
   bool save = false;
 };
 
+// The print preview as a host sees it: pages it can draw to PNG, and the status line.
+class PrintPreview {
+ public:
+  virtual ~PrintPreview() = default;
+  virtual int32_t PageCount() const = 0;
+  virtual const std::string& StatusText() = 0;
+  // Page from 1, zoom step 0 to 11; false when nothing was written.
+  virtual bool RenderPage(int32_t page, int32_t zoomIndex, const std::string& pngPath) = 0;
+};
+
+// The commands of the preview, as the interface numbers them.
+enum class PreviewCommand : int32_t {
+  kClose = VERDAL_PREVIEW_CLOSE,
+  kConfigure = VERDAL_PREVIEW_CONFIGURE,
+  kPrint = VERDAL_PREVIEW_PRINT,
+  kPrinterSetup = VERDAL_PREVIEW_PRINTER_SETUP,
+};
+
 class Host {
  public:
   virtual ~Host() = default;
@@ -108,6 +126,9 @@ class Host {
   virtual void OpenDocument(const std::string& path) = 0;
   // True when the user asked to stop a long run (Esc or Enter); asked between records.
   virtual bool StopRequested() = 0;
+  // Shows the preview until the user picks a command; nothing where the host shows no previews
+  // (the preview then prints once and closes).
+  virtual std::optional<PreviewCommand> ShowPrintPreview(VerdalWindow, PrintPreview&) { return std::nullopt; }
 };
 
 class HeadlessHost : public Host {
