@@ -494,14 +494,18 @@ VERDAL_API int32_t VERDAL_SetDefaultOption(VerdalHandle db, int32_t kind, const 
 /* The option sheet of a kind through the user interface; a non-empty defaultName is made the
  * default first. 1 when confirmed (notifying VERDAL_NOTIFY_FILTERS_CHANGED for kind 1 and
  * VERDAL_NOTIFY_LIST_OPTIONS_CHANGED for kind 3); 0 with last error 8 when cancelled (always
- * without a user interface), and what the pages changed before stays. The database counts as
- * changed afterwards either way. */
+ * without a user interface), and what the pages changed before stays. Kind 2, the print
+ * configurations, gives 1 however its sheet was closed. The database counts as changed afterwards
+ * either way. */
 VERDAL_API int32_t VERDAL_ConfigOptions(VerdalHandle db, VerdalWindow window, int32_t kind,
                                         int32_t owner, const char* title, const char* defaultName);
 /* Replaces every option and default of target by a copy of source's. While an option or list
  * sheet is open on target (a host callback calling in), this and another sheet on it give 0 with
  * last error 10: the open sheet's pages hold the entries. */
 VERDAL_API int32_t VERDAL_MoveOptions(VerdalHandle source, VerdalHandle target);
+/* Removes the print configuration of that name, ignoring case: 1; -1 for an invalid handle; -2 if
+ * no configuration has that name. The last error is left as it was. */
+VERDAL_API int32_t VERDAL_PrintTableDeleteOption(VerdalHandle db, const char* configName);
 
 /* Password and compression. password buffers hold 32 bytes; compress receives 0 or 1. */
 VERDAL_API int32_t VERDAL_GetPWDAndCompression(VerdalHandle db, char* password, int32_t* compress);

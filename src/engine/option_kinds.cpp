@@ -23,7 +23,7 @@ options::TBaseConfigClass* ConfigCollection(TDBManager& db, int32_t kind, int32_
 int32_t OptionCount(TDBManager& db, int32_t kind, int32_t owner) {
   switch (static_cast<OptionKind>(kind)) {
     case OptionKind::kFilter: return static_cast<int32_t>(db.filters.filters.size());
-    case OptionKind::kPrint: return 0;  // no printouts are held yet
+    case OptionKind::kPrint: return db.prints.GetCount();
     default: break;
   }
   options::TBaseConfigClass* collection = ConfigCollection(db, kind, owner);
@@ -36,7 +36,7 @@ const char* OptionName(TDBManager& db, int32_t kind, int32_t index, int32_t owne
       return index >= 0 && static_cast<size_t>(index) < db.filters.filters.size()
                  ? db.filters.filters[index]->name.c_str()
                  : nullptr;
-    case OptionKind::kPrint: return nullptr;
+    case OptionKind::kPrint: return db.prints.GetName(index);
     default: break;
   }
   options::TBaseConfigClass* collection = ConfigCollection(db, kind, owner);
@@ -46,7 +46,7 @@ const char* OptionName(TDBManager& db, int32_t kind, int32_t index, int32_t owne
 const std::string* OptionDefault(TDBManager& db, int32_t kind, int32_t owner) {
   switch (static_cast<OptionKind>(kind)) {
     case OptionKind::kFilter: return &db.filters.currentFilter;
-    case OptionKind::kPrint: return &db.defaultPrintOption;
+    case OptionKind::kPrint: return &db.prints.currentPrintConfig;
     default: break;
   }
   options::TBaseConfigClass* collection = ConfigCollection(db, kind, owner);
@@ -56,7 +56,7 @@ const std::string* OptionDefault(TDBManager& db, int32_t kind, int32_t owner) {
 bool SetOptionDefault(TDBManager& db, int32_t kind, const std::string& name, int32_t owner) {
   switch (static_cast<OptionKind>(kind)) {
     case OptionKind::kFilter: db.filters.currentFilter = name; return true;
-    case OptionKind::kPrint: db.defaultPrintOption = name; return true;
+    case OptionKind::kPrint: db.prints.currentPrintConfig = name; return true;
     default: break;
   }
   options::TBaseConfigClass* collection = ConfigCollection(db, kind, owner);
@@ -78,7 +78,8 @@ void CopyOptions(const TDBManager& source, TDBManager& target) {
   target.lists.CopyFrom(source.lists);
   target.filters.CopyFrom(source.filters);
   target.options = source.options;
-  target.defaultPrintOption = source.defaultPrintOption;
+  target.prints.records = source.prints.records;
+  target.prints.currentPrintConfig = source.prints.currentPrintConfig;
 }
 
 bool OptionSheetOpen::MayChange(TDBManager& db) {

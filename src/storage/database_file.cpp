@@ -74,13 +74,11 @@ void CountedSection(File& f, Write&& write) {
 }
 
 // ---- Definitions: list display and sort, print options, filters, the option containers.
-// Print options are not held yet: a file whose print section holds any is refused rather than
-// loaded and saved without them.
 
 void WriteDefinitions(StoredDatabase& db, TBaseFile& f) {
   db.lists.Write(f);
-  WriteString(db.defaultPrintOption, f);
-  WriteInt32(0, f);  // print options
+  WriteString(db.prints.currentPrintConfig, f);
+  db.prints.WriteRecords(f);
   listing::WriteFilters(db.filters, f);
   for (int i = 0; i < options::OptionContainers::kCount; ++i) db.options.InOrder(i)->Write(f);
 }
@@ -89,11 +87,9 @@ template <class File>
 bool ReadDefinitions(StoredDatabase& db, File& f) {
   int16_t v = db.version;
   if (!db.lists.Read(f)) return false;
-  if (v >= kDefaultPrintSince) ReadString(db.defaultPrintOption, f);
-  if (v >= kPrintOptionsSince && ReadInt32(f) != 0) {
-    platform::Trace("ReadBody: the print options hold definitions this build cannot keep");
-    return false;
-  }
+  db.prints.Clear();  // older files have none
+  if (v >= kDefaultPrintSince) ReadString(db.prints.currentPrintConfig, f);
+  if (v >= kPrintOptionsSince && !db.prints.ReadRecords(f)) return false;
   if (v < kFiltersSince) db.filters.Clear();  // older files have none
   else if (!listing::ReadFilters(db.filters, f)) return false;
   // Each container is present from its own version on; an absent one stays empty.

@@ -9,6 +9,7 @@
 #include "listing/list_display.h"
 #include "model/node_store.h"
 #include "options/option_containers.h"
+#include "options/print_configs.h"
 
 namespace verdal::storage {
 
@@ -31,12 +32,13 @@ struct DatabaseContent {
   listing::TListAndSortDisplayFieldInfoMananger lists;
   listing::TDBFilterCollection filters;
   options::OptionContainers options;
-  std::string defaultPrintOption;
+  options::TPrintConfigs prints;  // currentPrintConfig is the default printout
 
   // What an emptying that does not keep definitions drops beside the fields.
   void ClearDefinitions() {
     lists.Clear();
     options.Clear();
+    prints.Clear();
   }
 };
 

@@ -194,9 +194,9 @@ TEST(DatabaseBody, DamageEndsTheLoadWithoutHugeAllocations) {
   bad = good;
   bad.resize(bad.size() - 3);
   EXPECT_FALSE(load(bad));
-  // Print options, which this build cannot keep yet, are refused, not dropped.
+  // A count of print configurations that the bytes left cannot hold.
   bad = good;
-  bad[14 + 16 + 4] = 1;  // after the empty list definitions and default print name
+  bad[14 + 16 + 4 + 3] = 0x7F;  // after the empty list definitions and default print name
   EXPECT_FALSE(load(bad));
 }
 

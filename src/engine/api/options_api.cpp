@@ -5,6 +5,7 @@
 
 #include "dialogs/filter_dialog.h"
 #include "dialogs/option_sheet.h"
+#include "dialogs/print_sheet.h"
 #include "engine/api/api_frame.h"
 #include "engine/export.h"
 #include "engine/notify.h"
@@ -102,11 +103,16 @@ VERDAL_API int32_t VERDAL_ConfigOptions(VerdalHandle handle, VerdalWindow window
         kind != VERDAL_OPTION_PRINT)
       return 0;
     if (defaultName != nullptr && *defaultName != '\0') engine::SetOptionDefault(db, kind, defaultName, owner);
-    if (kind == VERDAL_OPTION_PRINT) {  // printouts have no sheet of their own yet
+    if (!engine::OptionSheetOpen::MayChange(db)) return 0;
+    if (kind == VERDAL_OPTION_PRINT) {  // 1 however the sheet was closed
+      {
+        engine::OptionSheetOpen open(db);
+        dialogs::RunPrintOptionSheet(ui::CurrentHost(), window, title != nullptr ? title : "", db.prints, db.store,
+                                     db.lists);
+      }
       db.MarkDirty();
       return 1;
     }
-    if (!engine::OptionSheetOpen::MayChange(db)) return 0;
     bool confirmed = false;
     {
       engine::OptionSheetOpen open(db);
