@@ -4,6 +4,7 @@
 
 #include "engine/db_manager.h"
 #include "engine/export.h"
+#include "engine/print_table.h"
 #include "engine/last_error.h"
 #include "engine/mail_action.h"
 #include "engine/values.h"
@@ -91,12 +92,6 @@ int32_t ExportWithDefinition(TDBManager& db, const options::TFileExpData& option
   return Export(db, request);
 }
 
-int32_t PrintTable(TDBManager&, const std::string&, int32_t, const int32_t*) {
-  // Printing is not built yet; the action says so rather than pretending to have printed.
-  SetActionMessage("Printing is not available in this build.");
-  SetLastError(VERDAL_ERR_ACTION);
-  return 0;
-}
 
 }  // namespace
 
@@ -117,7 +112,7 @@ int32_t ExecAction(TDBManager& db, int32_t kind, const char* name, int32_t count
   options::OptionContainers& all = db.options;
   switch (static_cast<OptionKind>(kind)) {
     case OptionKind::kPrint:
-      return PrintTable(db, name != nullptr ? name : "", count, cursors);
+      return PrintTable(db, name != nullptr ? name : "", nullptr, nullptr, count, count > 0 ? cursors : nullptr, -1);
     case OptionKind::kClipboard: {
       options::TClipBoardData copy;
       if (FindOption(all.clipboard, name, copy) == nullptr) break;

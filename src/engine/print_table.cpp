@@ -5,6 +5,7 @@
 
 #include "dialogs/print_preview_window.h"
 #include "engine/db_manager.h"
+#include "engine/option_kinds.h"
 #include "engine/settings.h"
 #include "listing/sort_run.h"
 #include "platform/clock.h"
@@ -76,6 +77,9 @@ int32_t PrintTable(TDBManager& db, const char* configName, const char* filter, V
   request.environment.year = now.year;
   request.reselect = [&db](const char* text) { print::MarkFilteredRows(db.store, text, &db.links); };
   {
+    // The preview holds the configuration and the sort definitions: no sheet or move of options
+    // may replace them while it is open.
+    OptionSheetOpen open(db);
     dialogs::TCYXPreviewWindow preview(host, nullptr, std::move(request));
     preview.Open();
   }

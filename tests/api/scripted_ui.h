@@ -22,9 +22,10 @@ struct ScriptedUi {
   std::vector<std::string> boxes;
   int32_t stopAfter = 0;
   int32_t stopAsked = 0;
+  std::function<int32_t(const VerdalPrintPreview*)> preview;
 
   ScriptedUi() {
-    VerdalUserInterface ui{};
+    VerdalUserInterface& ui = record;
     ui.size = sizeof ui;
     ui.user = reinterpret_cast<intptr_t>(this);
     ui.runSheet = [](intptr_t user, VerdalWindow, const VerdalSheet* sheet) { Of(user).script(sheet); };
@@ -47,6 +48,13 @@ struct ScriptedUi {
     VERDAL_SetUserInterface(&ui);
   }
   ~ScriptedUi() { VERDAL_SetUserInterface(nullptr); }
+  // From now on print previews are shown to `show`, which answers with a command.
+  void ShowPreviews(std::function<int32_t(const VerdalPrintPreview*)> show) {
+    preview = std::move(show);
+    record.showPrintPreview = [](intptr_t user, VerdalWindow, const VerdalPrintPreview* p) { return Of(user).preview(p); };
+    VERDAL_SetUserInterface(&record);
+  }
+  VerdalUserInterface record{};
   static ScriptedUi& Of(intptr_t user) { return *reinterpret_cast<ScriptedUi*>(user); }
 };
 
