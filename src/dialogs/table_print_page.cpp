@@ -152,7 +152,7 @@ void TTablePrintDialog::SetText(int32_t control, const std::string& text) {
   if (columnTitleFont_.SetText(work_.columnTitleFont, control, text)) return;
   if (cellFont_.SetText(work_.cellFont, control, text)) return;
   const bool on = text == "1";
-  auto setFlag = [this, on](int32_t bit, bool set) { work_.flags = set ? (work_.flags | bit) : (work_.flags & ~bit); };
+  auto setFlag = [this](int32_t bit, bool set) { work_.flags = set ? (work_.flags | bit) : (work_.flags & ~bit); };
   double number = 0;
   switch (control) {
     case kLineThickness:

@@ -11,7 +11,7 @@
 namespace verdal::engine {
 
 // The collection behind kinds 3 and 5 to 10, with `owner` set; null for kinds 1, 2 and unknown
-// kinds (filters and printouts have no owners and no TBaseConfigClass).
+// kinds (filters have no TBaseConfigClass; printouts, db.prints, have no owners and their own sheet).
 options::TBaseConfigClass* ConfigCollection(TDBManager& db, int32_t kind, int32_t owner);
 
 // 0 for an unknown kind.
