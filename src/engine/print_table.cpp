@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "dialogs/print_preview_window.h"
+#include "dialogs/table_print_page.h"
 #include "engine/db_manager.h"
 #include "engine/option_kinds.h"
 #include "engine/settings.h"
@@ -37,8 +38,9 @@ int32_t PrintTable(TDBManager& db, const char* configName, const char* filter, V
   if (ids == nullptr) print::MarkFilteredRows(db.store, filter, &db.links);
   else print::MarkAllRows(db.store);
 
-  options::TPrintData working;
-  working.name = name;
+  // A configuration the database does not hold starts with a column for every listed field, as
+  // the settings would make it: a table without columns prints nothing at all.
+  options::TPrintData working = dialogs::TTablePrintDialog::DefaultRecord(name, db.store);
   if (const options::TPrintData* stored = db.prints.Find(name)) working = *stored;
   else if (!name.empty()) db.prints.records.push_back(working);
 
