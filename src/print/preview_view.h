@@ -38,7 +38,10 @@ inline constexpr std::array<ZoomStep, 12> kZoomSteps{{
     {"100%", 1.0f},   {"120%", 1.2f},  {"160%", 1.6f},   {"250%", 2.5f},
 }};
 
-enum class PreviewKey { PageUp, PageDown, Home, End, Left, Right, Up, Down, NumPadPlus, NumPadMinus };
+enum class PreviewKey {
+  PageUp, PageDown, Home, End, Left, Right, Up, Down,
+  NumPadPlus, NumPadMinus,  // the zoom steps
+};
 
 struct PagePlace {
   int32_t page = 0;  // from 1

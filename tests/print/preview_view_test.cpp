@@ -41,7 +41,8 @@ struct FakePages : PreviewPages {
   float MarginTop() const override { return 160; }
   int32_t PageCount() const override { return count; }
   void PlayPage(int32_t page, Surface& s, float zoom) override {
-    static_cast<RecordingSurface&>(s).Add("page " + std::to_string(page) + " " + std::to_string(zoom));
+    auto& log = static_cast<RecordingSurface&>(s);
+    log.Add("page " + std::to_string(page) + " x" + std::to_string(zoom));
   }
 };
 
@@ -84,7 +85,7 @@ TEST(PreviewView, LaysPagesOutByZoomAndClient) {
   }
 }
 
-TEST(PreviewView, FittingPagesScrollByGroupsAndShowTheGroupsFirstPage) {
+TEST(PreviewView, ScrollsByPageGroupsOrByLengths) {
   Preview p(9, 5, 1500, 1000);  // two pages a group
   EXPECT_EQ(p.view.Scroller().Y().range, 4);
   p.view.OnKey(PreviewKey::Down, false);
@@ -93,13 +94,13 @@ TEST(PreviewView, FittingPagesScrollByGroupsAndShowTheGroupsFirstPage) {
   p.view.OnKey(PreviewKey::End, true);
   EXPECT_EQ(p.Shown(), std::vector<int32_t>{9});  // the place beside it stays empty
   EXPECT_EQ(p.view.StatusText(), "Seite 9 von 9");
-}
-
-TEST(PreviewView, TallPagesShowTheEndOfOneAndTheStartOfTheNext) {
-  Preview p(5, 8, 1500, 1000);
+  // Pages taller than the client: the end of one and the start of the next are seen.
+  p.pages.count = 5;
+  p.view.ApplyZoom(8);
   const ScrollAxis& x = p.view.Scroller().X();
   const ScrollAxis& y = p.view.Scroller().Y();  // 5 x 2850 - 1000 in steps of 100, rounded up:
-  EXPECT_EQ(std::tuple(x.unit, x.range, x.page, y.unit, y.range, y.page), std::tuple(150, 4, 5, 100, 133, 5));
+  EXPECT_EQ(std::tuple(x.unit, x.range, x.page, y.unit, y.range, y.page),
+            std::tuple(150, 4, 5, 100, 133, 5));
   p.view.Scroller().ScrollTo(0, 30);
   const PageLayout m = p.view.Measure();
   ASSERT_EQ(p.Shown(), (std::vector<int32_t>{2, 3}));
@@ -118,7 +119,7 @@ TEST(PreviewView, TallPagesShowTheEndOfOneAndTheStartOfTheNext) {
   EXPECT_TRUE(p.view.PageFits());
 }
 
-TEST(PreviewView, DrawsEachPageWithOutlineShadowAndItsRecording) {
+TEST(PreviewView, DrawsAndHitTestsEachPage) {
   Preview p(2, 5, 1500, 1000);
   RecordingSurface s;
   p.view.DrawPages(&s, nullptr, false);
@@ -127,7 +128,7 @@ TEST(PreviewView, DrawsEachPageWithOutlineShadowAndItsRecording) {
   const std::vector<std::string> first{
       "fill 245,150,745,850 16777215", "pen 3,0", "move 245,150", "line 745,150", "line 745,850",
       "line 245,850", "line 245,150", "move 249,854", "line 749,854", "line 749,154",
-      "origin 270,190", "page 1 0.250000", "origin 0,0"};
+      "origin 270,190", "page 1 x0.250000", "origin 0,0"};
   ASSERT_EQ(s.log.size(), 2 * first.size());
   EXPECT_EQ(std::vector<std::string>(s.log.begin(), s.log.begin() + 13), first);
   EXPECT_EQ(s.log[13], "fill 755,150,1255,850 16777215");
@@ -135,37 +136,35 @@ TEST(PreviewView, DrawsEachPageWithOutlineShadowAndItsRecording) {
   p.view.SetBusy(true);
   EXPECT_FALSE(p.view.DrawPages(&s, nullptr, true).done);
   EXPECT_TRUE(s.log.empty());
-}
-
-TEST(PreviewView, HitTestFindsThePageAndExcludesRightAndBottomEdges) {
-  Preview p(2, 5, 1500, 1000);  // pages at 245..745 and 755..1255, 150..850
+  // Hit tests against the same pages, right and bottom edges excluded.
+  p.view.SetBusy(false);
   struct Case { int32_t x, y, page, dx, dy; } cases[] = {
       {255, 170, 1, 10, 20}, {755, 150, 2, 0, 0}, {745, 400, 0, 0, 0},
       {300, 850, 0, 0, 0},   {750, 400, 0, 0, 0}};
   for (const Case& c : cases) {
     const PixelPoint point{c.x, c.y};
     const PageLayout m = p.view.DrawPages(nullptr, &point, false);
-    EXPECT_EQ(std::tuple(m.hitPage, m.hitX, m.hitY), std::tuple(c.page, c.dx, c.dy)) << c.x << "," << c.y;
+    EXPECT_EQ(std::tuple(m.hitPage, m.hitX, m.hitY), std::tuple(c.page, c.dx, c.dy)) << c.x;
   }
 }
 
 TEST(PreviewView, KeysScrollAndClampAtTheEnds) {
   Preview p(5, 8, 1500, 1000);  // x: range 4, page 5; y: range 133, page 5
+  using enum PreviewKey;
   struct Case { PreviewKey key; bool ctrl; int32_t x, y; } cases[] = {
-      {PreviewKey::Up, false, 0, 0},        {PreviewKey::Left, false, 0, 0},
-      {PreviewKey::PageDown, false, 0, 5},  {PreviewKey::Down, false, 0, 6},
-      {PreviewKey::PageDown, true, 4, 6},   {PreviewKey::Right, false, 4, 6},
-      {PreviewKey::End, true, 4, 133},      {PreviewKey::PageDown, false, 4, 133},
-      {PreviewKey::Home, false, 0, 133},    {PreviewKey::PageUp, false, 0, 128},
-      {PreviewKey::Home, true, 0, 0},       {PreviewKey::End, false, 4, 0},
-      {PreviewKey::PageUp, true, 0, 0}};
+      {Up, false, 0, 0},         {Left, false, 0, 0},        {PageDown, false, 0, 5},
+      {Down, false, 0, 6},       {PageDown, true, 4, 6},     {Right, false, 4, 6},
+      {End, true, 4, 133},       {PageDown, false, 4, 133},  {Home, false, 0, 133},
+      {PageUp, false, 0, 128},   {Home, true, 0, 0},         {End, false, 4, 0},
+      {PageUp, true, 0, 0}};
   for (const Case& c : cases) {
     p.view.OnKey(c.key, c.ctrl);
     EXPECT_EQ(std::pair(p.view.Scroller().X().position, p.view.Scroller().Y().position),
               std::pair(c.x, c.y));
   }
   // Zoom keys step through the table and do nothing, not even a repaint, at either end.
-  for (const auto& [key, end] : {std::pair(PreviewKey::NumPadPlus, 11), {PreviewKey::NumPadMinus, 0}}) {
+  for (const auto& [key, end] :
+       {std::pair(NumPadPlus, 11), {NumPadMinus, 0}}) {
     for (int32_t i = 0; i < 11; ++i) p.view.OnKey(key, false);
     const int32_t repaints = p.repaints;
     p.view.OnKey(key, false);
@@ -178,12 +177,10 @@ TEST(ProfiScroller, MapsLongRangesOntoTheBar) {
       {100, 40, 100, 40}, {32767, 32767, 32767, 32767}, {65534, 32767, 32767, 16383},
       {1000000, 1000000, 32767, 32767}};
   for (const Case& c : cases) {
-    TProfiScroller s;
-    s.SetRanges(0, c.range);
-    s.ScrollTo(0, c.position);
-    EXPECT_EQ(TProfiScroller::BarRange(s.Y()), c.barRange);
-    EXPECT_EQ(TProfiScroller::BarPosition(s.Y()), c.bar);
-    EXPECT_EQ(TProfiScroller::PositionFromBar(s.Y(), TProfiScroller::BarRange(s.Y())), c.range);
+    const ScrollAxis a{c.position, c.range};
+    EXPECT_EQ(TProfiScroller::BarRange(a), c.barRange);
+    EXPECT_EQ(TProfiScroller::BarPosition(a), c.bar);
+    EXPECT_EQ(TProfiScroller::PositionFromBar(a, TProfiScroller::BarRange(a)), c.range);
   }
 }
 
