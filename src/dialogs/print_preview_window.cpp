@@ -163,7 +163,9 @@ bool TCYXPreviewWindow::RenderPage(int32_t page, int32_t zoomIndex, const std::s
 
 void TCYXPreviewWindow::PlayPage(int32_t page, print::Surface& surface, float zoom) {
   const print::RecordedPage* recorded = printout_ != nullptr ? printout_->Recorded(page) : nullptr;
-  if (recorded != nullptr) surface.Play(*recorded, zoom);
+  if (recorded == nullptr) return;
+  printout_->zoom = zoom;
+  surface.Play(*recorded, zoom);
 }
 
 }  // namespace verdal::dialogs

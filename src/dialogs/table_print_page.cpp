@@ -223,7 +223,7 @@ void TTablePrintDialog::SetText(int32_t control, const std::string& text) {
   }
 }
 
-// "Einstellen...": the sort options (Part 5.2) on the sort definitions; the one selected there
+// "Einstellen...": the sort options on the sort definitions; the one selected there
 // when the sheet closes becomes the sort of this configuration.
 void TTablePrintDialog::ChooseSort() {
   lists_.owner = 1;

@@ -24,7 +24,7 @@ namespace {
 
 Bytes& Dbl(Bytes& b, double v) { return b.Le(std::bit_cast<uint64_t>(v), 8); }
 
-// A font record as the table of Part 7.2 lists it.
+// A font record in its stored order.
 void Font(Bytes& b, int32_t height, int32_t weight, const char* face, int32_t tenths, uint8_t italic = 0) {
   b.I32(0x30103).I32(height).I32(0).I32(0).I32(0).I32(weight);
   b.U8(italic).U8(0).U8(0).U8(0).U8(11).U8(0).U8(6).U8(0);
