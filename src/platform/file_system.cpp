@@ -144,6 +144,8 @@ bool SameFile(const std::string& a, const std::string& b) {
          sa.st_ino == sb.st_ino;
 }
 
+}  // namespace
+
 bool WriteAll(int fd, const char* data, size_t size) {
   while (size > 0) {
     if (InjectFault(FaultSite::kWrite)) return false;
@@ -155,8 +157,6 @@ bool WriteAll(int fd, const char* data, size_t size) {
   }
   return true;
 }
-
-}  // namespace
 
 std::string PartialNameOf(const std::string& target) {
   size_t slash = target.find_last_of('/');

@@ -59,6 +59,10 @@ bool CopyFile(const char* from, const char* to);
 // failed write leaves the old file, or none, never a half-written one.
 bool WriteWholeFile(const char* name, const void* data, size_t size);
 
+// Writes all the bytes to the descriptor, through interruptions and short writes; false on an
+// error (a full disk) or an injected write fault.
+bool WriteAll(int fd, const char* data, size_t size);
+
 // The name a file is written under before it is renamed onto `target`: "~" before the file name,
 // in the same folder, so that the final rename stays on one file system.
 std::string PartialNameOf(const std::string& target);
