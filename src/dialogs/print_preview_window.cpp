@@ -54,6 +54,7 @@ void TCYXPreviewWindow::Rebuild() {
       // Copied: the host may free its list once the printout is built.
       request_.ids.assign(info_.ids, info_.ids + info_.count);
       request_.explicitRows = hostRows = true;
+      if (request_.reselect) request_.reselect(nullptr);
     }
   }
   view_.SetPages(nullptr);

@@ -36,7 +36,8 @@ struct PreviewRequest {
   bool explicitRows = false;
   int32_t styleField = -1;
   std::string pdfPath;  // where a print goes without asking
-  // Chooses the rows anew with a filter text (the callback's phase 1).
+  // Chooses the rows anew with a filter text (the callback's phase 1); null marks every place,
+  // for rows the host names itself.
   std::function<void(const char* filter)> reselect;
 };
 

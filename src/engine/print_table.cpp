@@ -77,7 +77,10 @@ int32_t PrintTable(TDBManager& db, const char* configName, const char* filter, V
   request.environment.day = now.day;
   request.environment.month = now.month;
   request.environment.year = now.year;
-  request.reselect = [&db](const char* text) { print::MarkFilteredRows(db.store, text, &db.links); };
+  request.reselect = [&db](const char* text) {
+    if (text != nullptr) print::MarkFilteredRows(db.store, text, &db.links);
+    else print::MarkAllRows(db.store);
+  };
   {
     // The preview holds the configuration and the sort definitions: no sheet or move of options
     // may replace them while it is open.

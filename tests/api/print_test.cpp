@@ -118,8 +118,8 @@ TEST_F(Printing, HeadlessPrintsTwoPartsWithRunningSubtotalsBesideTheDatabase) {
       continue;
     }
     // The last customer on the page, and the subtotal of all rows up to it.
-    std::smatch m;
-    for (auto it = std::sregex_iterator(text.begin(), text.end(), std::regex("Kunde (\\d+)"));
+    static const std::regex customer("Kunde (\\d+)");
+    for (auto it = std::sregex_iterator(text.begin(), text.end(), customer);
          it != std::sregex_iterator(); ++it)
       lastCustomer = std::stoi((*it)[1]);
     running = static_cast<long double>(lastCustomer) * (lastCustomer + 1) / 2;
