@@ -178,7 +178,10 @@ int main(int argc, char** argv) {
   }
   if (best.count("floor")) std::printf("floor:    %.0f pages/s, %.2f us per row\n", g_pages / best["floor"], best["floor"] * 1e6 / kRows);
   bench_support::PrintRatio("printout / cairo floor", "printout", "floor", 30);
-  std::filesystem::remove_all(Folder());
+  std::error_code e;
+  std::printf("PDF sizes: printout %.1f MB, floor %.1f MB\n", std::filesystem::file_size(Folder() / "verdal.pdf", e) / 1e6,
+              std::filesystem::file_size(Folder() / "floor.pdf", e) / 1e6);
+  if (std::getenv("VERDAL_BENCH_KEEP") == nullptr) std::filesystem::remove_all(Folder());
   benchmark::Shutdown();
   return 0;
 }

@@ -4,6 +4,8 @@
 #include <cairo.h>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "print/surface.h"
 
@@ -53,11 +55,20 @@ class CairoSurface : public Surface {
   void Play(const RecordedPage& page, float scale) override;
 
  protected:
-  cairo_t* Context() const { return cr_; }
+  // The context with every line drawn so far stroked.
+  cairo_t* Context() {
+    FlushLines();
+    return cr_;
+  }
 
  private:
   const FontFace& Font();
   void SetColour(int32_t colour);
+  // Lines of one pen gather until the pen changes or anything else needs the path. Then lines
+  // that continue each other on one row or column are joined and all are stroked at once: a
+  // table frames every cell, and its grid drawn cell by cell would be dozens of times as many
+  // operators in a PDF as the few long lines it shows.
+  void FlushLines();
 
   cairo_t* cr_;
   cairo_matrix_t base_;  // logical units at origin (0, 0)
@@ -68,6 +79,17 @@ class CairoSurface : public Surface {
   int32_t penColour_ = 0;
   int32_t penX_ = 0;
   int32_t penY_ = 0;
+  struct Segment {
+    double x1, y1, x2, y2;  // logical units from the page's corner
+  };
+  std::vector<Segment> segments_;
+  int32_t originX_ = 0;
+  int32_t originY_ = 0;
+  int32_t sourceColour_ = -1;  // the colour the context's source holds, -1 for none known
+  cairo_scaled_font_t* cairoFont_ = nullptr;
+  std::vector<cairo_glyph_t> glyphs_;
+  std::vector<cairo_text_cluster_t> clusters_;
+  std::string utf8_;
 };
 
 }  // namespace verdal::print
