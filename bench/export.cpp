@@ -18,6 +18,7 @@
 #endif
 
 #include "support/best_time.h"
+#include "support/fields.h"
 #include "verdal.h"
 
 namespace {
@@ -54,18 +55,7 @@ void Values(int i, std::vector<std::string>& v) {
 VerdalHandle Database() {
   static const VerdalHandle db = [] {
     VerdalHandle h = VERDAL_OpenDB(nullptr, nullptr, 1, 0, nullptr, 3, 0, 0);
-    for (int f = 0; f < kFields; ++f) {
-      TDBFieldParams p;
-      std::memset(&p, 0, sizeof p);
-      p.dataType = kTypes[f];
-      p.maxChars = -1;
-      p.decimals = 2;
-      p.allowEmpty = 1;
-      p.allowDuplicates = 1;
-      p.format = "%d.%m.%Y";
-      p.name = kNames[f];
-      VERDAL_AddField(h, &p, -1, 1);
-    }
+    for (int f = 0; f < kFields; ++f) bench_support::AddField(h, kNames[f], kTypes[f]);
     std::vector<std::string> v;
     for (int i = 0; i < kRows; ++i) {
       Values(i, v);

@@ -18,6 +18,7 @@
 #include "print/print_out.h"
 #include "print/print_rows.h"
 #include "support/best_time.h"
+#include "support/fields.h"
 #include "support/print_floor.h"
 #include "verdal.h"
 
@@ -39,17 +40,7 @@ const std::filesystem::path& Folder() {
 VerdalHandle Database() {
   static const VerdalHandle db = [] {
     VerdalHandle h = VERDAL_OpenDB(nullptr, nullptr, 1, 0, nullptr, 3, 0, 0);
-    for (int f = 0; f < kFields; ++f) {
-      TDBFieldParams p;
-      std::memset(&p, 0, sizeof p);
-      p.dataType = kTypes[f];
-      p.maxChars = -1;
-      p.decimals = 2;
-      p.allowEmpty = p.allowDuplicates = 1;
-      p.format = "%d.%m.%Y";
-      p.name = kNames[f];
-      VERDAL_AddField(h, &p, -1, 1);
-    }
+    for (int f = 0; f < kFields; ++f) bench_support::AddField(h, kNames[f], kTypes[f]);
     char v[kFields][64];
     for (int i = 0; i < kRows; ++i) {
       const unsigned k = static_cast<unsigned>(i) * 2654435761u;
