@@ -25,7 +25,7 @@ TCYXPreviewWindow::TCYXPreviewWindow(ui::Host& host, VerdalWindow parent, Previe
 
 TCYXPreviewWindow::~TCYXPreviewWindow() { view_.SetPages(nullptr); }
 
-// The host's callback, with everything it might throw kept on this side.
+// The host's callback at a phase; its answer, false without one.
 bool TCYXPreviewWindow::Phase(int32_t phase) {
   if (request_.callback == nullptr) return false;
   return request_.callback(&info_, phase) != 0;

@@ -229,9 +229,8 @@ void TCalyxPrintOut::RunLayout(Surface& info) {
     LayOutColumns(info);
     widthsDone_ = true;
   }
+  // Every page places a row at least, or moves on to the next part, so the loop ends.
   while (!finished_) {
-    const int32_t rowBefore = firstRow_, partBefore = part_;
-    const size_t pagesBefore = pages_.size() + pageFiles_.size();
     if (recordPages_) {
       std::unique_ptr<Surface> recording = info.NewRecording(Rounded(printWidth_), Rounded(printHeight_));
       OnePage(*recording, true, true);
@@ -240,10 +239,6 @@ void TCalyxPrintOut::RunLayout(Surface& info) {
       OnePage(info, true, false);
     }
     if (data_.kind != TPrintData::kTable) finished_ = true;  // the other kinds have no body to fill pages
-    // A page that placed nothing would repeat for ever; it can only come from a stop.
-    if (!finished_ && firstRow_ == rowBefore && part_ == partBefore && pages_.size() + pageFiles_.size() > pagesBefore &&
-        aborted_)
-      finished_ = true;
   }
   finalPass_ = true;
   finished_ = false;
@@ -398,7 +393,7 @@ void TCalyxPrintOut::PrintPage(int32_t page, Surface& target) {
   if (!HasPage(page)) return;
   if (!pageFiles_.empty()) {
     target.SetOrigin(0, 0);
-    target.Play(*pageFiles_[static_cast<size_t>(page - 1)], 1.0f);
+    if (const RecordedPage* recorded = Recorded(page)) target.Play(*recorded, 1.0f);
     return;
   }
   BindColumns();
