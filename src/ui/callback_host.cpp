@@ -11,6 +11,17 @@ namespace {
 
 constexpr size_t kPathSize = 260;
 
+// Callbacks of a host at work. A host may install another user interface from inside one; the
+// engine code that called out still holds the host it called, so a replaced host is deleted only
+// once no callback is at work, which is when no engine call can be holding it either.
+int g_callsOut = 0;
+struct CallOut {
+  CallOut() { ++g_callsOut; }
+  ~CallOut() { --g_callsOut; }
+  CallOut(const CallOut&) = delete;
+  CallOut& operator=(const CallOut&) = delete;
+};
+
 // What a C host sees of a sheet: the C structure first, so the callbacks can find the rest.
 struct SheetBridge {
   VerdalSheet c{};
@@ -130,6 +141,7 @@ void BridgePressCancel(const VerdalSheet* s) {
 Answer CallbackHost::MessageBox(VerdalWindow parent, const std::string& title,
                                 const std::string& text, Buttons buttons, Icon icon,
                                 Answer defaultAnswer) {
+  CallOut out;
   if (c_.messageBox == nullptr)
     return HeadlessHost::MessageBox(parent, title, text, buttons, icon, defaultAnswer);
   return static_cast<Answer>(c_.messageBox(c_.user, parent, title.c_str(), text.c_str(),
@@ -141,6 +153,7 @@ Answer CallbackHost::MessageBox(VerdalWindow parent, const std::string& title,
 std::optional<std::string> CallbackHost::PromptPassword(VerdalWindow parent,
                                                         const std::string& title,
                                                         const std::string& prompt, int32_t limit) {
+  CallOut out;
   if (c_.promptPassword == nullptr || limit < 0) return std::nullopt;
   std::vector<char> text(static_cast<size_t>(limit) + 1, '\0');
   if (c_.promptPassword(c_.user, parent, title.c_str(), prompt.c_str(), limit, text.data()) == 0)
@@ -150,6 +163,7 @@ std::optional<std::string> CallbackHost::PromptPassword(VerdalWindow parent,
 }
 
 std::optional<std::string> CallbackHost::PickFile(VerdalWindow parent, const FileRequest& r) {
+  CallOut out;
   if (c_.pickFile == nullptr) return std::nullopt;
   char path[kPathSize];
   CopyCut(path, kPathSize, r.initialPath);
@@ -161,6 +175,7 @@ std::optional<std::string> CallbackHost::PickFile(VerdalWindow parent, const Fil
 
 std::optional<std::string> CallbackHost::PickFolder(VerdalWindow parent, const std::string& title,
                                                     const std::string& initialPath) {
+  CallOut out;
   if (c_.pickFolder == nullptr) return std::nullopt;
   char path[kPathSize];
   CopyCut(path, kPathSize, initialPath);
@@ -170,6 +185,7 @@ std::optional<std::string> CallbackHost::PickFolder(VerdalWindow parent, const s
 }
 
 bool CallbackHost::RunSheet(VerdalWindow parent, Sheet& sheet) {
+  CallOut out;
   if (c_.runSheet == nullptr) return HeadlessHost::RunSheet(parent, sheet);
   SheetBridge b;
   b.sheet = &sheet;
@@ -199,16 +215,19 @@ CallbackHost::CallbackHost(const VerdalUserInterface& callbacks) {
 }
 
 void CallbackHost::SetClipboardText(const std::string& text) {
+  CallOut out;
   if (c_.setClipboardText == nullptr) return HeadlessHost::SetClipboardText(text);
   c_.setClipboardText(c_.user, text.c_str());
 }
 
 void CallbackHost::OpenDocument(const std::string& path) {
+  CallOut out;
   if (c_.openDocument == nullptr) return HeadlessHost::OpenDocument(path);
   c_.openDocument(c_.user, path.c_str());
 }
 
 bool CallbackHost::StopRequested() {
+  CallOut out;
   return c_.stopRequested != nullptr && c_.stopRequested(c_.user) != 0;
 }
 
@@ -232,6 +251,7 @@ struct PreviewBridge {
 }  // namespace
 
 std::optional<PreviewCommand> CallbackHost::ShowPrintPreview(VerdalWindow parent, PrintPreview& preview) {
+  CallOut out;
   if (c_.showPrintPreview == nullptr) return std::nullopt;
   PreviewBridge bridge;
   bridge.preview = &preview;
@@ -250,10 +270,14 @@ std::optional<PreviewCommand> CallbackHost::ShowPrintPreview(VerdalWindow parent
 void InstallCallbacks(const VerdalUserInterface* callbacks) {
   // Kept past static destruction: the unload hook may still reach the current host.
   static CallbackHost* installed = nullptr;
+  static std::vector<CallbackHost*> replaced;
   CallbackHost* next = callbacks != nullptr ? new CallbackHost(*callbacks) : nullptr;
   SetHost(next);
-  delete installed;
+  if (installed != nullptr) replaced.push_back(installed);
   installed = next;
+  if (g_callsOut > 0) return;
+  for (CallbackHost* host : replaced) delete host;
+  replaced.clear();
 }
 
 }  // namespace verdal::ui

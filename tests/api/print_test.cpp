@@ -172,6 +172,22 @@ TEST_F(Printing, PreviewShownPagesAsPngAndItsCommands) {
   EXPECT_FALSE(std::ifstream(dir / "umsatz.pdf").good()) << "a shown preview prints where the user says";
 }
 
+// A host that installs another user interface from inside the preview: the preview goes on with
+// the host it showed itself on, which must stay alive until the call ends.
+TEST_F(Printing, AHostReplacedFromInsideThePreviewStaysUntilTheCallEnds) {
+  int calls = 0;
+  ui.script = [](const VerdalSheet* s) { s->pressCancel(s); };
+  ui.ShowPreviews([&](const VerdalPrintPreview*) -> int32_t {
+    VerdalUserInterface other{};
+    other.size = sizeof other;
+    VERDAL_SetUserInterface(&other);
+    return ++calls == 1 ? VERDAL_PREVIEW_CONFIGURE : VERDAL_PREVIEW_CLOSE;
+  });
+  const int32_t rows[] = {0};
+  EXPECT_EQ(VERDAL_PrintTable(db, "Liste", nullptr, nullptr, 1, rows, -1), 1);
+  EXPECT_EQ(calls, 2);
+}
+
 TEST_F(Printing, CallbackPhasesChooseRowsAndTitles) {
   static std::vector<int32_t> phases;
   static int32_t hostRows[] = {5, 6};
