@@ -18,7 +18,7 @@
 #endif
 
 #include "support/best_time.h"
-#include "support/fields.h"
+#include "api/field_helpers.h"
 #include "verdal.h"
 
 namespace {
@@ -55,7 +55,7 @@ void Values(int i, std::vector<std::string>& v) {
 VerdalHandle Database() {
   static const VerdalHandle db = [] {
     VerdalHandle h = VERDAL_OpenDB(nullptr, nullptr, 1, 0, nullptr, 3, 0, 0);
-    for (int f = 0; f < kFields; ++f) bench_support::AddField(h, kNames[f], kTypes[f]);
+    for (int f = 0; f < kFields; ++f) AddField(h, kNames[f], kTypes[f]);
     std::vector<std::string> v;
     for (int i = 0; i < kRows; ++i) {
       Values(i, v);

@@ -18,7 +18,7 @@
 #include "print/print_out.h"
 #include "print/print_rows.h"
 #include "support/best_time.h"
-#include "support/fields.h"
+#include "api/field_helpers.h"
 #include "support/print_floor.h"
 #include "verdal.h"
 
@@ -40,7 +40,7 @@ const std::filesystem::path& Folder() {
 VerdalHandle Database() {
   static const VerdalHandle db = [] {
     VerdalHandle h = VERDAL_OpenDB(nullptr, nullptr, 1, 0, nullptr, 3, 0, 0);
-    for (int f = 0; f < kFields; ++f) bench_support::AddField(h, kNames[f], kTypes[f]);
+    for (int f = 0; f < kFields; ++f) AddField(h, kNames[f], kTypes[f]);
     char v[kFields][64];
     for (int i = 0; i < kRows; ++i) {
       const unsigned k = static_cast<unsigned>(i) * 2654435761u;

@@ -18,9 +18,7 @@ namespace verdal::engine {
 
 std::string DefaultPdfPath(const TDBManager& db) {
   if (!db.fileName.empty()) {
-    std::string path = db.fileName;
-    for (char& c : path)
-      if (c == '\\') c = '/';
+    std::string path = platform::NativePath(db.fileName.c_str());
     const size_t slash = path.rfind('/');
     const size_t dot = path.rfind('.');
     if (dot != std::string::npos && (slash == std::string::npos || dot > slash)) path.resize(dot);

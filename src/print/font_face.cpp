@@ -41,21 +41,21 @@ bool IsControl(char16_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0); }
 
 }  // namespace
 
-const FontFace& FontFace::For(const FontSpec& spec) {
+const FontFace& FontFace::For(const FontSpec& wanted) {
   using Key = std::tuple<std::string, int32_t, int32_t, bool, bool, bool>;
   static auto* cache = new std::map<Key, std::unique_ptr<FontFace>>();
-  Key key{spec.face, spec.height, spec.weight, spec.italic, spec.underline, spec.strikeOut};
+  Key key{wanted.face, wanted.height, wanted.weight, wanted.italic, wanted.underline, wanted.strikeOut};
   auto it = cache->find(key);
-  if (it == cache->end()) it = cache->emplace(key, std::unique_ptr<FontFace>(new FontFace(spec))).first;
+  if (it == cache->end()) it = cache->emplace(key, std::unique_ptr<FontFace>(new FontFace(wanted))).first;
   return *it->second;
 }
 
-FontFace::FontFace(const FontSpec& spec) : underline_(spec.underline), strikeOut_(spec.strikeOut) {
-  const double em = spec.height > 0 ? spec.height : 1;
+FontFace::FontFace(const FontSpec& wanted) : underline_(wanted.underline), strikeOut_(wanted.strikeOut) {
+  const double em = wanted.height > 0 ? wanted.height : 1;
   PangoFontDescription* description = pango_font_description_new();
-  pango_font_description_set_family(description, spec.face.c_str());
-  pango_font_description_set_weight(description, static_cast<PangoWeight>(spec.weight > 0 ? spec.weight : 400));
-  pango_font_description_set_style(description, spec.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
+  pango_font_description_set_family(description, wanted.face.c_str());
+  pango_font_description_set_weight(description, static_cast<PangoWeight>(wanted.weight > 0 ? wanted.weight : 400));
+  pango_font_description_set_style(description, wanted.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
   pango_font_description_set_absolute_size(description, em * PANGO_SCALE);
   PangoFont* font = pango_font_map_load_font(pango_context_get_font_map(FontContext()), FontContext(), description);
   pango_font_description_free(description);

@@ -14,8 +14,8 @@ namespace verdal::print {
 
 class FontFace {
  public:
-  // The font for `spec`, made at its first use. The engine is one-threaded: so is the cache.
-  static const FontFace& For(const FontSpec& spec);
+  // The font for `wanted`, made at its first use. The engine is one-threaded: so is the cache.
+  static const FontFace& For(const FontSpec& wanted);
 
   FontFace(const FontFace&) = delete;
   FontFace& operator=(const FontFace&) = delete;
@@ -37,7 +37,7 @@ class FontFace {
   float StrikeOutThickness() const { return strikeOutThickness_; }
 
  private:
-  explicit FontFace(const FontSpec& spec);
+  explicit FontFace(const FontSpec& wanted);
 
   std::string family_;
   cairo_scaled_font_t* scaledFont_ = nullptr;

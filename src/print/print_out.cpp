@@ -33,14 +33,14 @@ class MarkedPlaces : public model::PlaceFilter {
 }  // namespace
 
 FontSpec FontOf(const options::TPrintFont& font) {
-  FontSpec spec;
-  spec.face = font.FaceName();
-  spec.height = Rounded(static_cast<float>(font.pointSize < 0 ? -font.pointSize : font.pointSize) * 0.351f);
-  spec.weight = font.lfWeight != 0 ? font.lfWeight : 400;
-  spec.italic = font.lfItalic != 0;
-  spec.underline = font.lfUnderline != 0;
-  spec.strikeOut = font.lfStrikeOut != 0;
-  return spec;
+  FontSpec out;
+  out.face = font.FaceName();
+  out.height = Rounded(static_cast<float>(font.pointSize < 0 ? -font.pointSize : font.pointSize) * 0.351f);
+  out.weight = font.lfWeight != 0 ? font.lfWeight : 400;
+  out.italic = font.lfItalic != 0;
+  out.underline = font.lfUnderline != 0;
+  out.strikeOut = font.lfStrikeOut != 0;
+  return out;
 }
 
 TCalyxPrintOut::TCalyxPrintOut(model::NodeStore& store, const TPrintData& data, const int32_t* ids,
@@ -212,7 +212,7 @@ void TCalyxPrintOut::RunLayout(Surface& info) {
   firstRow_ = 0;
   part_ = 1;
   pageCounter_ = 1;
-  finished_ = finalPass_ = false;
+  finished_ = false;
   aborted_ = false;
   if (data_.items.empty() || rows_.empty()) {
     finished_ = true;
@@ -240,7 +240,6 @@ void TCalyxPrintOut::RunLayout(Surface& info) {
     }
     if (data_.kind != TPrintData::kTable) finished_ = true;  // the other kinds have no body to fill pages
   }
-  finalPass_ = true;
   finished_ = false;
   firstRow_ = 0;
 }
@@ -404,8 +403,10 @@ void TCalyxPrintOut::PrintPage(int32_t page, Surface& target) {
   OnePage(target, false, true);
 }
 
-void TCalyxPrintOut::PlaceText(Surface& surface, const std::string& text, int16_t align, int32_t y, bool draw) {
-  if (!draw) return;
+void TCalyxPrintOut::PlaceText(Surface& surface, const options::TPrintFont& font, const std::string& text,
+                               int16_t align, int32_t y) {
+  surface.SelectFont(FontOf(font));
+  surface.SetTextColour(font.colour);
   int32_t x = 0;
   if (align == options::kAlignRight) x = bodyWidth_ - surface.TextWidth(text);
   else if (align == options::kAlignCentre) x = Rounded(static_cast<float>(bodyWidth_) / 2.0f - static_cast<float>(surface.TextWidth(text)) / 2.0f);
@@ -413,54 +414,39 @@ void TCalyxPrintOut::PlaceText(Surface& surface, const std::string& text, int16_
 }
 
 void TCalyxPrintOut::DrawPageTexts(Surface& surface, bool draw) {
+  // The page number counts on every page that shows one, drawn or only laid out.
+  const int32_t number = pageCounter_;
+  if (data_.showPageNumber) ++pageCounter_;
+  if (!draw) return;
   surface.SetOrigin(Rounded(marginLeft_), 0);
-  if (data_.showTitle1 && !data_.title1.empty() && draw) {
-    surface.SelectFont(FontOf(data_.title1Font));
-    surface.SetTextColour(data_.title1Font.colour);
-    PlaceText(surface, data_.title1, data_.title1Align, Rounded(marginTop_), draw);
-  }
-  if (data_.separatorLine && title1Height_ > 0 && title2Height_ > 0 && draw) {
-    const int32_t y = Rounded(static_cast<float>(penWidth_) + marginTop_ + title1TextHeight_);
-    surface.MoveTo(0, y);
-    surface.LineTo(bodyWidth_, y);
-  }
-  if (data_.showTitle2 && !data_.title2.empty() && draw) {
-    surface.SelectFont(FontOf(data_.title2Font));
-    surface.SetTextColour(data_.title2Font.colour);
-    PlaceText(surface, data_.title2, data_.title2Align, Rounded(marginTop_ + title1Height_), draw);
-  }
+  if (data_.showTitle1 && !data_.title1.empty())
+    PlaceText(surface, data_.title1Font, data_.title1, data_.title1Align, Rounded(marginTop_));
+  auto rule = [&](float y) {
+    surface.MoveTo(0, Rounded(y));
+    surface.LineTo(bodyWidth_, Rounded(y));
+  };
+  if (data_.separatorLine && title1Height_ > 0 && title2Height_ > 0)
+    rule(static_cast<float>(penWidth_) + marginTop_ + title1TextHeight_);
+  if (data_.showTitle2 && !data_.title2.empty())
+    PlaceText(surface, data_.title2Font, data_.title2, data_.title2Align, Rounded(marginTop_ + title1Height_));
   const int32_t footerY = Rounded(printHeight_ - marginBottom_ - footerHeight_);
+  char text[64];
   if (data_.showPageNumber) {
-    if (data_.separatorLine && draw) {
-      const int32_t y = Rounded(printHeight_ - (static_cast<float>(penWidth_) + marginBottom_ + footerHeight_));
-      surface.MoveTo(0, y);
-      surface.LineTo(bodyWidth_, y);
-    }
-    if (draw) {
-      char text[64];
-      if (multiPart_) std::snprintf(text, sizeof text, "Seite: %d.%d", pageCounter_, part_);
-      else std::snprintf(text, sizeof text, "Seite: %d", pageCounter_);
-      surface.SelectFont(FontOf(data_.dateFont));
-      surface.SetTextColour(data_.dateFont.colour);
-      PlaceText(surface, text, data_.pageNumberAlign, footerY, draw);
-    }
-    ++pageCounter_;
+    if (data_.separatorLine) rule(printHeight_ - (static_cast<float>(penWidth_) + marginBottom_ + footerHeight_));
+    if (multiPart_) std::snprintf(text, sizeof text, "Seite: %d.%d", number, part_);
+    else std::snprintf(text, sizeof text, "Seite: %d", number);
+    PlaceText(surface, data_.dateFont, text, data_.pageNumberAlign, footerY);
   }
-  if (data_.showDate && draw) {
-    char text[64];
+  if (data_.showDate) {
     std::snprintf(text, sizeof text, "Datum: %02d.%02d.%0d", env_.day, env_.month, env_.year);
-    surface.SelectFont(FontOf(data_.dateFont));
-    surface.SetTextColour(data_.dateFont.colour);
-    PlaceText(surface, text, data_.dateAlign, footerY, draw);
+    PlaceText(surface, data_.dateFont, text, data_.dateAlign, footerY);
   }
 }
 
 void TCalyxPrintOut::OnePage(Surface& surface, bool layoutPass, bool draw) {
   surface.SetOrigin(0, 0);
   surface.SelectPen(penWidth_, data_.lineColour);
-  if (data_.kind != 4) {
-    DrawPageTexts(surface, draw);
-  }
+  if (data_.kind != 4) DrawPageTexts(surface, draw);
   if (layoutPass && !recordPages_) pages_.push_back({pageCounter_ - 1, firstRow_, part_});
   surface.SetOrigin(bodyLeft_, bodyTop_);
   if (data_.kind == TPrintData::kTable) LayOutRows(surface, layoutPass, draw);

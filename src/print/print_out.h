@@ -131,7 +131,7 @@ class TCalyxPrintOut {
   bool IsPseudo(size_t row) const { return rows_[row].cursor == kTotalRow || rows_[row].cursor == kSubtotalRow; }
   const std::vector<std::string>& Wrap(Surface& surface, const std::string& text, float width);
   int32_t LineHeight(Surface& surface);
-  void PlaceText(Surface& surface, const std::string& text, int16_t align, int32_t y, bool draw);
+  void PlaceText(Surface& surface, const options::TPrintFont& font, const std::string& text, int16_t align, int32_t y);
   size_t PartEnd(int32_t part) const;
   bool Stop();
 
@@ -165,7 +165,7 @@ class TCalyxPrintOut {
   int32_t firstRow_ = 0;
   int32_t part_ = 1;
   int32_t pageCounter_ = 1;
-  bool finished_ = false, finalPass_ = false, widthsDone_ = false, subtotals_ = false;
+  bool finished_ = false, widthsDone_ = false, subtotals_ = false;
   bool aborted_ = false;
 
   std::vector<TSeitenInfo> pages_;

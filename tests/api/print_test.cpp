@@ -110,6 +110,9 @@ TEST_F(Printing, HeadlessPrintsTwoPartsWithRunningSubtotalsBesideTheDatabase) {
   for (size_t p = 0; p < pages.size(); ++p) {
     const std::string& text = pages[p];
     EXPECT_NE(text.find("Umsatzliste"), std::string::npos) << "page " << p + 1;
+    if (p == 0) {
+      EXPECT_NE(text.find("K\xC3\xB6ln"), std::string::npos) << "code page 1252 text comes out as itself";
+    }
     const std::string number = "Seite: " + std::to_string(p % perPart + 1) + "." + std::to_string(p / perPart + 1);
     EXPECT_NE(text.find(number), std::string::npos) << number;
     if (p >= perPart) {
@@ -172,20 +175,28 @@ TEST_F(Printing, PreviewShownPagesAsPngAndItsCommands) {
   EXPECT_FALSE(std::ifstream(dir / "umsatz.pdf").good()) << "a shown preview prints where the user says";
 }
 
-// A host that installs another user interface from inside the preview: the preview goes on with
-// the host it showed itself on, which must stay alive until the call ends.
-TEST_F(Printing, AHostReplacedFromInsideThePreviewStaysUntilTheCallEnds) {
+// A host that, from inside the preview, installs another user interface, empties the database and
+// closes it: the preview goes on with the host it showed itself on, which must stay alive until
+// the call ends, and prints what the database still holds; the close waits for the call's end.
+TEST_F(Printing, AHostThatCallsBackInFromThePreview) {
   int calls = 0;
   ui.script = [](const VerdalSheet* s) { s->pressCancel(s); };
+  ui.pickPath = dir / "innen.pdf";
   ui.ShowPreviews([&](const VerdalPrintPreview*) -> int32_t {
     VerdalUserInterface other{};
     other.size = sizeof other;
     VERDAL_SetUserInterface(&other);
-    return ++calls == 1 ? VERDAL_PREVIEW_CONFIGURE : VERDAL_PREVIEW_CLOSE;
+    if (++calls == 2) {
+      VERDAL_EmptyData(db, 0);
+      VERDAL_CloseDB(db);
+    }
+    return calls == 1 ? VERDAL_PREVIEW_CONFIGURE : calls == 2 ? VERDAL_PREVIEW_PRINT : VERDAL_PREVIEW_CLOSE;
   });
   const int32_t rows[] = {0};
   EXPECT_EQ(VERDAL_PrintTable(db, "Liste", nullptr, nullptr, 1, rows, -1), 1);
-  EXPECT_EQ(calls, 2);
+  EXPECT_EQ(calls, 3);
+  EXPECT_EQ(PdfPages(dir / "innen.pdf"), 2);
+  EXPECT_EQ(VERDAL_GetDBCount(), 0) << "closed once the print returned";
 }
 
 TEST_F(Printing, CallbackPhasesChooseRowsAndTitles) {

@@ -11,12 +11,12 @@ using namespace verdal::print;
 namespace {
 
 FontSpec Font(const char* face, int32_t height, int32_t weight = 400, bool italic = false) {
-  FontSpec spec;
-  spec.face = face;
-  spec.height = height;
-  spec.weight = weight;
-  spec.italic = italic;
-  return spec;
+  FontSpec font;
+  font.face = face;
+  font.height = height;
+  font.weight = weight;
+  font.italic = italic;
+  return font;
 }
 
 }  // namespace
